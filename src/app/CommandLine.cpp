@@ -1,0 +1,165 @@
+#include "CommandLine.h"
+
+#include "AppState.h"
+#include "DateText.h"
+#include "Version.h"
+#include "db/FirmDatabase.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <functional>
+
+namespace CommandLine {
+
+namespace {
+
+void out(const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stdout);
+    std::fputc('\n', stdout);
+}
+
+void err(const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+}
+
+struct Command {
+    QString name;
+    QString synopsis;
+    QString description;
+    std::function<int(const QStringList &)> run; // arguments after the command's name
+};
+
+int newFirm(const QStringList &args)
+{
+    if (args.size() != 1) {
+        err(QStringLiteral("Użycie: zlecanki nowa-firma PLIK"));
+        return 2;
+    }
+    QString path = args.first();
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QLatin1Char('.') + FirmDatabase::Extension;
+    QString error;
+    if (!FirmDatabase::create(path, &error)) {
+        err(error);
+        return 1;
+    }
+    out(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
+    return 0;
+}
+
+const QList<Command> &commands()
+{
+    static const QList<Command> list = {
+        {QStringLiteral("nowa-firma"), QStringLiteral("nowa-firma PLIK"),
+         QStringLiteral("tworzy nową bazę danych firmy (z rozszerzeniem .zlc, gdy PLIK go nie ma)\n"
+                        "                         i wypisuje jej pełną ścieżkę"),
+         newFirm},
+    };
+    return list;
+}
+
+} // namespace
+
+QString usage()
+{
+    QString text = QStringLiteral(
+        "Zlecanki %1 - dokumenty płatnicze małej firmy: przelewy, wpłaty, przekazy pocztowe,\n"
+        "przelewy do ZUS i urzędu skarbowego.\n"
+        "\n"
+        "Użycie:\n"
+        "  zlecanki [OPCJE] [PLIK_FIRMY]     uruchamia program (otwiera podaną firmę)\n"
+        "  zlecanki POLECENIE [ARGUMENTY]    wykonuje polecenie bez okien\n"
+        "\n"
+        "Opcje:\n"
+        "  --dzis dd-mm-rrrr        data robocza (\"dziś\") na czas tego uruchomienia\n"
+        "  --automation             start jako obiekt automatyzacji innych programów pakietu (bez okien)\n"
+        "  --zamknij-po-starcie     kończy pracę zaraz po pokazaniu głównego okna (pomiar startu)\n"
+        "  -h, --help               ten opis\n"
+        "  -v, --version            wersja programu\n"
+        "\n"
+        "Polecenia:\n")
+                       .arg(QLatin1String(ZLECANKI_VERSION));
+    for (const Command &c : commands())
+        text += QStringLiteral("  ") + c.synopsis.leftJustified(23) + QLatin1Char(' ') + c.description + QLatin1Char('\n');
+    text += QStringLiteral(
+        "\n"
+        "Bazy firm leżą w folderze $ZLECANKI_SUITE_ROOT/bazy/ (domyślnie ~/.local/share/Kontorian/bazy/),\n"
+        "ustawienia w ~/.config/Kontorian/Zlecanki.conf.");
+    return text;
+}
+
+bool isCommand(const QStringList &args)
+{
+    if (args.size() < 2)
+        return false;
+    const QString first = args.at(1);
+    if (first == QLatin1String("-h") || first == QLatin1String("--help") || first == QLatin1String("-v") ||
+        first == QLatin1String("--version"))
+        return true;
+    for (const Command &c : commands())
+        if (c.name == first)
+            return true;
+    return false;
+}
+
+std::optional<int> run(const QStringList &args)
+{
+    if (args.size() < 2)
+        return std::nullopt;
+    const QString first = args.at(1);
+    if (first == QLatin1String("-h") || first == QLatin1String("--help")) {
+        out(usage());
+        return 0;
+    }
+    if (first == QLatin1String("-v") || first == QLatin1String("--version")) {
+        out(QStringLiteral("zlecanki ") + QLatin1String(ZLECANKI_VERSION));
+        return 0;
+    }
+    for (const Command &c : commands()) {
+        if (c.name == first) {
+            initPaths();
+            return c.run(args.mid(2));
+        }
+    }
+    return std::nullopt;
+}
+
+StartOptions parseStart(const QStringList &args)
+{
+    StartOptions o;
+    for (qsizetype i = 1; i < args.size(); ++i) {
+        const QString a = args.at(i);
+        if (a == QLatin1String("--automation")) {
+            o.automation = true;
+        } else if (a == QLatin1String("--zamknij-po-starcie")) {
+            o.quitAfterStart = true;
+        } else if (a == QLatin1String("--dzis") || a.startsWith(QLatin1String("--dzis="))) {
+            QString value;
+            if (a.contains(QLatin1Char('=')))
+                value = a.section(QLatin1Char('='), 1);
+            else if (i + 1 < args.size())
+                value = args.at(++i);
+            o.today = DateText::parse(value);
+            if (!o.today) {
+                o.error = QStringLiteral("Nieprawidłowa data w --dzis: \"%1\" (oczekiwano dd-mm-rrrr)").arg(value);
+                return o;
+            }
+        } else if (a.startsWith(QLatin1Char('-'))) {
+            o.error = QStringLiteral("Nieznana opcja: %1 (zlecanki --help opisuje wszystkie)").arg(a);
+            return o;
+        } else if (o.firmFile.isEmpty()) {
+            o.firmFile = QFileInfo(a).absoluteFilePath();
+        } else {
+            o.error = QStringLiteral("Można podać tylko jeden plik firmy.");
+            return o;
+        }
+    }
+    return o;
+}
+
+} // namespace CommandLine

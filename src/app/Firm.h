@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QSqlDatabase>
+#include <QString>
+
+// The open firm: at most one firm database is open at a time, under one connection.
+// Opening runs the whole loading sequence (structure upgrade, working date, accounts,
+// due payments, the firm's print settings) and tells the windows through FirmEvents.
+
+// Signals about the open firm and the progress of loading it.
+class FirmEvents : public QObject {
+    Q_OBJECT
+public:
+    static FirmEvents &instance();
+
+Q_SIGNALS:
+    void progress(const QString &text, int percent);
+    void opened();
+    void closed();
+    // An opening failed: no firm is open now.
+    void openFailed();
+};
+
+// Shows a loading step: text and percentage (a negative percentage keeps the previous one).
+void ShowProgress(const QString &text, int percent = -1);
+
+// Opens a firm database: `name` without "/" is a file in the databases folder, otherwise a
+// path. On failure a Polish message is shown and no firm is open. Returns success.
+bool OpenDb(const QString &name);
+// Closes the open firm database (windows are closed by the caller before).
+void CloseDb();
+
+bool isFirmOpen();
+QSqlDatabase Db();
+// The open firm's file (absolute path), empty when none.
+QString firmFile();
+// The open firm may only be viewed; true also when none is open.
+bool firmReadOnly();
+// For saving commands: when the firm cannot be written, tells the user and returns true.
+bool refuseWhenReadOnly();
+
+// The firm as the main window's caption shows it: "Nazwa, Miasto" from the firm data, or
+// "Firma standardowa" / the file's name while the firm has no name yet.
+QString firmDisplayName();
+
+// The default firm's file in the databases folder, and the name it is listed under.
+QString standardFirmPath();
+inline const QString StandardFirmName = QStringLiteral("Firma standardowa");
+// Creates the default firm's file when it does not exist yet. Returns false on failure.
+bool ensureStandardFirm(QString *error = nullptr);
+// The file path for a name given to OpenDb.
+QString resolveFirmPath(const QString &name);

@@ -1,0 +1,72 @@
+#include "Main.h"
+
+#include "AppState.h"
+#include "Dialogs.h"
+#include "Firm.h"
+#include "SettingsStore.h"
+#include "SingleInstance.h"
+#include "WidgetDialogs.h"
+#include "frmglowna.h"
+#include "frmstart.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QTimer>
+
+#include <memory>
+
+int Main(QApplication &app, const CommandLine::StartOptions &options)
+{
+    // Started by another program of the suite: it drives the program, no windows here.
+    if (options.automation)
+        return 0;
+
+    // Unattended runs (scripts, measurements) want messages on standard error instead of boxes.
+    std::unique_ptr<WidgetDialogs> widgetDialogs;
+    if (qEnvironmentVariable("ZLECANKI_DIALOGS") != QLatin1String("console")) {
+        widgetDialogs = std::make_unique<WidgetDialogs>();
+        setDialogs(widgetDialogs.get());
+    }
+
+    auto splash = std::make_unique<frmstart>();
+    splash->show();
+    app.processEvents();
+
+    SingleInstance instance;
+    if (!instance.acquire()) {
+        splash.reset();
+        dialogs().message(QStringLiteral("Nie można uruchomić drugiej kopii programu"), QStringLiteral("Koniec"),
+                          Dialogs::Icon::Information);
+        return 1;
+    }
+
+    initPaths();
+    AppState &state = appState();
+    state.todayForRun = options.today;
+    state.today = options.today.value_or(QDate::currentDate());
+
+    auto progress = QObject::connect(&FirmEvents::instance(), &FirmEvents::progress, splash.get(),
+                                     &frmstart::showProgress);
+    frmglowna main;
+    main.restorePlacement();
+    main.show();
+    main.openStartFirm(options.firmFile);
+    QObject::disconnect(progress);
+
+    if (!SettingsStore::loadBool(QStringLiteral("kom_roz"), true)) {
+        splash.reset();
+        const QScreen *screen = QApplication::primaryScreen();
+        if (screen && screen->size().width() < 800)
+            dialogs().information(QStringLiteral("Zalecana minimalna rozdzielczość dla programu to 800*600."),
+                                  QStringLiteral("Przełącz rozdzielczość."));
+    }
+    splash.reset();
+    state.started = true;
+
+    if (options.quitAfterStart)
+        QTimer::singleShot(0, &app, &QCoreApplication::quit);
+    const int code = app.exec();
+    CloseDb();
+    setDialogs(nullptr);
+    return code;
+}

@@ -1,0 +1,138 @@
+#include "frmFirmaOpen.h"
+
+#include "AppState.h"
+#include "Dialogs.h"
+#include "Firm.h"
+#include "Help.h"
+#include "Messages.h"
+#include "db/FirmDatabase.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSqlQuery>
+#include <QVBoxLayout>
+
+namespace {
+
+// The name a firm file gives itself, read without changing anything in it.
+QString firmName(const QString &path)
+{
+    QString name;
+    const QString connection = QStringLiteral("zlecanki-list-") + path;
+    {
+        bool readOnly = true;
+        QString error;
+        if (auto db = FirmDatabase::open(path, connection, &readOnly, &error)) {
+            QSqlQuery q(*db);
+            if (q.exec(QStringLiteral("SELECT NAZWA FROM firma ORDER BY rowid LIMIT 1")) && q.next())
+                name = q.value(0).toString().trimmed();
+        }
+    }
+    FirmDatabase::close(connection);
+    return name;
+}
+
+} // namespace
+
+frmFirmaOpen::frmFirmaOpen(QWidget *parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("frmFirmaOpen"));
+    setWindowTitle(QStringLiteral("Otwórz firmę"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(new QLabel(QStringLiteral("Firmy:"), this));
+    m_list = new QListWidget(this);
+    m_list->setObjectName(QStringLiteral("lstfirmy"));
+    layout->addWidget(m_list);
+
+    auto *buttons = new QHBoxLayout;
+    auto *file = new QPushButton(QStringLiteral("&Inny plik..."), this);
+    file->setObjectName(QStringLiteral("cmdplik"));
+    auto *ok = new QPushButton(Msg(1), this);
+    ok->setObjectName(QStringLiteral("cmdok"));
+    ok->setDefault(true);
+    auto *cancel = new QPushButton(Msg(2), this);
+    cancel->setObjectName(QStringLiteral("cmdanuluj"));
+    auto *help = new QPushButton(Msg(3), this);
+    help->setObjectName(QStringLiteral("cmdpomoc"));
+    buttons->addWidget(file);
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    buttons->addWidget(help);
+    layout->addLayout(buttons);
+
+    connect(ok, &QPushButton::clicked, this, &frmFirmaOpen::chooseSelected);
+    connect(m_list, &QListWidget::itemActivated, this, &frmFirmaOpen::chooseSelected);
+    connect(file, &QPushButton::clicked, this, &frmFirmaOpen::chooseFile);
+    connect(cancel, &QPushButton::clicked, this, [this] { parentWidget() ? parentWidget()->close() : close(); });
+    connect(help, &QPushButton::clicked, this, [] { Help::show(QStringLiteral("Spis")); });
+    refresh();
+    resize(460, 320);
+}
+
+void frmFirmaOpen::refresh()
+{
+    m_list->clear();
+    auto add = [this](const QString &text, const QString &path) {
+        auto *item = new QListWidgetItem(text, m_list);
+        item->setData(Qt::UserRole, path);
+        item->setToolTip(QDir::toNativeSeparators(path));
+    };
+    add(StandardFirmName, standardFirmPath());
+    const QFileInfoList files = QDir(appState().bazyPath)
+                                    .entryInfoList({QStringLiteral("*.") + FirmDatabase::Extension}, QDir::Files,
+                                                   QDir::Name | QDir::IgnoreCase);
+    for (const QFileInfo &fi : files) {
+        if (fi.absoluteFilePath() == QFileInfo(standardFirmPath()).absoluteFilePath())
+            continue;
+        const QString name = firmName(fi.absoluteFilePath());
+        add(name.isEmpty() ? fi.completeBaseName() : name + QStringLiteral("  (") + fi.fileName() + QLatin1Char(')'),
+            fi.absoluteFilePath());
+    }
+    const int current = [&] {
+        for (int i = 0; i < m_list->count(); ++i)
+            if (m_list->item(i)->data(Qt::UserRole).toString() == firmFile())
+                return i;
+        return 0;
+    }();
+    m_list->setCurrentRow(current);
+}
+
+void frmFirmaOpen::choose(const QString &path)
+{
+    // Close first: opening a firm closes the program's windows anyway.
+    if (parentWidget())
+        parentWidget()->close();
+    else
+        close();
+    Q_EMIT chosen(path);
+}
+
+void frmFirmaOpen::chooseSelected()
+{
+    QListWidgetItem *item = m_list->currentItem();
+    if (!item) {
+        dialogs().beep();
+        return;
+    }
+    const QString path = item->data(Qt::UserRole).toString();
+    if (path == standardFirmPath()) {
+        QString error;
+        if (!ensureStandardFirm(&error)) {
+            dialogs().exclamation(error, Msg(51));
+            return;
+        }
+    }
+    choose(path);
+}
+
+void frmFirmaOpen::chooseFile()
+{
+    const QString path = dialogs().openFileName(QStringLiteral("Otwórz firmę"), appState().bazyPath, FirmDatabase::FileFilter);
+    if (!path.isEmpty())
+        choose(path);
+}

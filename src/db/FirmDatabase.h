@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSqlDatabase>
+#include <QString>
+
+#include <optional>
+
+// Firm database files: one SQLite file per firm. Opening checks that the file is there,
+// readable, a database and a firm's database, and falls back to read-only when the file
+// (or its folder) may not be written, so a firm on a write-protected medium can be viewed.
+namespace FirmDatabase {
+
+inline const QString Extension = QStringLiteral("zlc");
+inline const QString FileFilter = QStringLiteral("Bazy przelewów (*.zlc);;Wszystkie pliki (*)");
+
+struct OpenError {
+    QString message; // Polish, for the user
+};
+
+// Opens `path` under the connection name `connection` (replacing a connection of that name).
+// On success the database is open; `readOnly` tells whether saving is impossible.
+std::optional<QSqlDatabase> open(const QString &path, const QString &connection, bool *readOnly, QString *error);
+// Closes and forgets a connection; every query on it must be gone.
+void close(const QString &connection);
+// Creates a new firm file with the full, current structure. Refuses an existing path.
+bool create(const QString &path, QString *error);
+
+} // namespace FirmDatabase

@@ -1,0 +1,563 @@
+#include "Structure.h"
+
+#include <QRegularExpression>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <functional>
+
+namespace Structure {
+
+namespace {
+
+Column text(const QString &name, int width, QVariant def = QVariant())
+{
+    return Column{name, ColumnType::Text, width, false, false, std::move(def)};
+}
+Column typed(const QString &name, ColumnType type, QVariant def = QVariant())
+{
+    return Column{name, type, 0, false, false, std::move(def)};
+}
+Column counter(const QString &name)
+{
+    return Column{name, ColumnType::Long, 0, true, false, QVariant()};
+}
+
+const QString Empty = QStringLiteral("");
+
+// One bank slot of the firm: name, account number, balance.
+QList<Column> bankSlots(int from, int to, const QVariant &nameDefault, const QVariant &accountDefault)
+{
+    QList<Column> cols;
+    for (int i = from; i <= to; ++i) {
+        const QString n = QString::number(i);
+        cols << text(QStringLiteral("BANK_NAZWA") + n, 50, nameDefault)
+             << text(QStringLiteral("BANK_KONTO") + n, 40, accountDefault)
+             << typed(QStringLiteral("STAN_KONTA") + n, ColumnType::Currency, qint64(0));
+    }
+    return cols;
+}
+
+QList<Column> zusAndTaxColumns()
+{
+    return {typed(QStringLiteral("ZUS_NrRachunku"), ColumnType::Integer),
+            typed(QStringLiteral("ZUS_TypWplaty"), ColumnType::Integer),
+            typed(QStringLiteral("ZUS_Rok"), ColumnType::Integer),
+            typed(QStringLiteral("ZUS_Miesiac"), ColumnType::Integer),
+            text(QStringLiteral("ZUS_NrDeklaracji"), 2, Empty),
+            typed(QStringLiteral("ZUS_CzyZus"), ColumnType::Integer),
+            typed(QStringLiteral("POD_Rok"), ColumnType::Integer),
+            typed(QStringLiteral("POD_TypOkresu"), ColumnType::Integer),
+            text(QStringLiteral("POD_NrOkresu"), 4, Empty),
+            text(QStringLiteral("POD_Symbol"), 10, Empty),
+            text(QStringLiteral("POD_Identyfikacja"), 50, Empty),
+            typed(QStringLiteral("POD_CzyPodatki"), ColumnType::Integer)};
+}
+
+QList<Column> firmIdentifierColumns()
+{
+    return {text(QStringLiteral("NAZWA_SKROCONA"), 50, Empty),
+            text(QStringLiteral("NAZWA_SKROCONACD"), 50, Empty),
+            typed(QStringLiteral("TYPIDENTZUS"), ColumnType::Integer),
+            text(QStringLiteral("IDENTZUS"), 14, Empty),
+            typed(QStringLiteral("TYPIDENTPOD"), ColumnType::Integer),
+            text(QStringLiteral("IDENTPOD"), 14, Empty)};
+}
+
+QList<Column> settingsFlagColumns()
+{
+    QList<Column> cols;
+    for (const char *n : {"Data", "Wstawiany", "Nowe", "CzteryOdcinki", "CzteryNaStronie"})
+        cols << typed(QLatin1String(n), ColumnType::Boolean);
+    return cols;
+}
+
+QList<Column> marginColumns()
+{
+    return {typed(QStringLiteral("MargLewy"), ColumnType::Integer, 0),
+            typed(QStringLiteral("MargPrawy"), ColumnType::Integer, 0)};
+}
+
+Index plainIndex(const QString &column)
+{
+    return Index{column, {column}, false};
+}
+
+QList<Table> makeBaseTables()
+{
+    Table cykliczne{QStringLiteral("CYKLICZNE"), {}, {}};
+    Column nazwa = text(QStringLiteral("NAZWA"), 25);
+    nazwa.required = true; // the name is the key of a scheduled payment
+    cykliczne.columns << counter(QStringLiteral("ID")) << nazwa
+                      << typed(QStringLiteral("RODZAJ"), ColumnType::Integer)
+                      << text(QStringLiteral("BANK_FIRMY"), 50) << text(QStringLiteral("KONTO_FIRMY"), 40)
+                      << text(QStringLiteral("KLIENT_NAZWA"), 50) << text(QStringLiteral("KLIENT_NAZWA1"), 50)
+                      << text(QStringLiteral("KLIENT_ULICA"), 40) << text(QStringLiteral("KLIENT_KOD"), 6)
+                      << text(QStringLiteral("KLIENT_MIASTO"), 30) << text(QStringLiteral("KLIENT_BANK"), 50)
+                      << text(QStringLiteral("KLIENT_KONTO"), 40) << text(QStringLiteral("Klient_NIP"), 13, Empty)
+                      << text(QStringLiteral("ZA_DOKUMENT_NAZWA"), 150)
+                      << typed(QStringLiteral("WARTOSC"), ColumnType::Currency);
+    for (int m = 1; m <= 12; ++m)
+        cykliczne.columns << typed(QStringLiteral("M") + QString::number(m), ColumnType::Boolean);
+    cykliczne.columns << typed(QStringLiteral("DZIEN_PLATNOSCI"), ColumnType::Integer)
+                      << typed(QStringLiteral("DZIEN_ALARMU"), ColumnType::Integer)
+                      << typed(QStringLiteral("LASTWYSTAWM"), ColumnType::Integer);
+    cykliczne.indexes << plainIndex(QStringLiteral("DZIEN_ALARMU")) << plainIndex(QStringLiteral("DZIEN_PLATNOSCI"))
+                      << plainIndex(QStringLiteral("LASTWYSTAWM"))
+                      << Index{QStringLiteral("PrimaryKey"), {QStringLiteral("NAZWA")}, true};
+
+    Table firma{QStringLiteral("FIRMA"), {}, {}};
+    firma.columns << text(QStringLiteral("NAZWA"), 50) << text(QStringLiteral("NAZWA1"), 50)
+                  << text(QStringLiteral("ULICA"), 40) << text(QStringLiteral("NR_DOMU"), 10)
+                  << text(QStringLiteral("NR_LOKALU"), 10) << text(QStringLiteral("KOD"), 6)
+                  << text(QStringLiteral("MIASTO"), 30);
+    for (int i = 1; i <= 3; ++i) {
+        const QString n = QString::number(i);
+        firma.columns << text(QStringLiteral("BANK_NAZWA") + n, 50) << text(QStringLiteral("BANK_KONTO") + n, 40)
+                      << typed(QStringLiteral("STAN_KONTA") + n, ColumnType::Currency);
+    }
+    firma.columns << text(QStringLiteral("firma_NIP"), 13, Empty);
+
+    Table kontrahenci{QStringLiteral("KONTRAHENCI"), {}, {}};
+    kontrahenci.columns << counter(QStringLiteral("ID")) << text(QStringLiteral("NAZWA"), 50)
+                        << text(QStringLiteral("NAZWA1"), 50) << text(QStringLiteral("ULICA"), 40)
+                        << text(QStringLiteral("KOD"), 6) << text(QStringLiteral("MIASTO"), 30)
+                        << text(QStringLiteral("BANK_NAZWA"), 50) << text(QStringLiteral("BANK_KONTO"), 40)
+                        << text(QStringLiteral("NIP"), 13, Empty)
+                        << typed(QStringLiteral("WYBRANY"), ColumnType::Boolean);
+    kontrahenci.indexes << plainIndex(QStringLiteral("WYBRANY"));
+
+    Table zlecanki{QStringLiteral("ZLECANKI"), {}, {}};
+    zlecanki.columns << counter(QStringLiteral("ID")) << typed(QStringLiteral("RODZAJ"), ColumnType::Integer)
+                     << typed(QStringLiteral("BANKNR"), ColumnType::Integer)
+                     << text(QStringLiteral("BANK_FIRMY"), 50) << text(QStringLiteral("KONTO_FIRMY"), 40)
+                     << typed(QStringLiteral("DATA_DOKUMENTU"), ColumnType::Date)
+                     << typed(QStringLiteral("KLIENT_ID"), ColumnType::Long)
+                     << text(QStringLiteral("KLIENT_NAZWA"), 50) << text(QStringLiteral("KLIENT_NAZWA1"), 50)
+                     << text(QStringLiteral("KLIENT_ULICA"), 40) << text(QStringLiteral("KLIENT_KOD"), 6)
+                     << text(QStringLiteral("KLIENT_MIASTO"), 30) << text(QStringLiteral("KLIENT_BANK"), 50)
+                     << text(QStringLiteral("KLIENT_KONTO"), 40) << text(QStringLiteral("Klient_NIP"), 13, Empty)
+                     << text(QStringLiteral("ZA_DOKUMENT_NAZWA"), 150)
+                     << typed(QStringLiteral("WARTOSC"), ColumnType::Currency)
+                     << typed(QStringLiteral("DATA_SESJI"), ColumnType::Date);
+    zlecanki.indexes << plainIndex(QStringLiteral("BANK_FIRMY")) << plainIndex(QStringLiteral("DATA_DOKUMENTU"))
+                     << plainIndex(QStringLiteral("DATA_SESJI")) << plainIndex(QStringLiteral("KLIENT_ID"))
+                     << plainIndex(QStringLiteral("RODZAJ"));
+
+    return {cykliczne, firma, kontrahenci, zlecanki};
+}
+
+QList<Table> makeFullTables()
+{
+    QList<Table> tables = makeBaseTables();
+    for (Table &t : tables) {
+        if (t.name == QLatin1String("FIRMA"))
+            t.columns << bankSlots(4, 10, Empty, Empty) << firmIdentifierColumns()
+                      << bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta"));
+        else if (t.name == QLatin1String("ZLECANKI"))
+            t.columns << zusAndTaxColumns();
+    }
+    Table ustawienia{QStringLiteral("Ustawienia"), settingsFlagColumns(), {}};
+    ustawienia.columns << typed(QStringLiteral("Szary"), ColumnType::Boolean)
+                       << typed(QStringLiteral("Eliksir"), ColumnType::Integer);
+    tables << ustawienia << Table{QStringLiteral("Ustawienia2"), marginColumns(), {}};
+    return tables;
+}
+
+QString literal(const QVariant &v)
+{
+    if (v.typeId() == QMetaType::QString) {
+        QString s = v.toString();
+        s.replace(QLatin1Char('\''), QStringLiteral("''"));
+        return QLatin1Char('\'') + s + QLatin1Char('\'');
+    }
+    return QString::number(v.toLongLong());
+}
+
+bool run(QSqlDatabase &db, const QString &sql, QString *error = nullptr)
+{
+    QSqlQuery q(db);
+    if (q.exec(sql))
+        return true;
+    if (error)
+        *error = q.lastError().text();
+    return false;
+}
+
+QString createTableSql(const Table &t)
+{
+    QStringList defs;
+    for (const Column &c : t.columns)
+        defs << columnSql(c);
+    return QStringLiteral("CREATE TABLE ") + quoted(t.name) + QStringLiteral(" (\n  ") +
+           defs.join(QStringLiteral(",\n  ")) + QStringLiteral("\n)");
+}
+
+QString createIndexSql(const Table &t, const Index &i)
+{
+    QStringList cols;
+    for (const QString &c : i.columns)
+        cols << quoted(c);
+    return (i.unique ? QStringLiteral("CREATE UNIQUE INDEX ") : QStringLiteral("CREATE INDEX ")) +
+           quoted(indexName(t.name, i.name)) + QStringLiteral(" ON ") + quoted(t.name) + QStringLiteral(" (") +
+           cols.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
+
+// Adds columns to an existing table, each on its own, a failure skipping just that column.
+// As the old engine did, rows that were there before keep Null in the new columns; the
+// default applies to rows written afterwards.
+void addColumns(QSqlDatabase &db, const QString &table, const QList<Column> &columns)
+{
+    QStringList nullify;
+    for (const Column &c : columns) {
+        if (run(db, QStringLiteral("ALTER TABLE ") + quoted(table) + QStringLiteral(" ADD COLUMN ") + columnSql(c)) &&
+            c.defaultValue.isValid())
+            nullify << quoted(c.name) + QStringLiteral("=NULL");
+    }
+    if (!nullify.isEmpty())
+        run(db, QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + nullify.join(QLatin1Char(',')));
+}
+
+void createTable(QSqlDatabase &db, const QString &name, const QList<Column> &columns)
+{
+    run(db, createTableSql(Table{name, columns, {}}));
+}
+
+struct Step {
+    QString table;
+    QString marker;
+    std::function<void(QSqlDatabase &)> apply;
+};
+
+QList<Step> upgradeSteps()
+{
+    return {
+        {QStringLiteral("Cykliczne"), QStringLiteral("Klient_NIP"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("Cykliczne"), {text(QStringLiteral("Klient_NIP"), 13, Empty)}); }},
+        {QStringLiteral("zlecanki"), QStringLiteral("Klient_NIP"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("zlecanki"), {text(QStringLiteral("Klient_NIP"), 13, Empty)}); }},
+        {QStringLiteral("kontrahenci"), QStringLiteral("NIP"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("kontrahenci"), {text(QStringLiteral("NIP"), 13, Empty)}); }},
+        {QStringLiteral("firma"), QStringLiteral("firma_NIP"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("firma"), {text(QStringLiteral("firma_NIP"), 13, Empty)}); }},
+        {QStringLiteral("Ustawienia"), QStringLiteral("Data"),
+         [](QSqlDatabase &db) {
+             createTable(db, QStringLiteral("Ustawienia"), settingsFlagColumns());
+             run(db, QStringLiteral("INSERT INTO Ustawienia (Data,Wstawiany,Nowe,CzteryOdcinki,CzteryNaStronie) "
+                                    "VALUES (True,False,false,True,true);"));
+         }},
+        {QStringLiteral("Ustawienia2"), QStringLiteral("MargLewy"),
+         [](QSqlDatabase &db) {
+             createTable(db, QStringLiteral("Ustawienia2"), marginColumns());
+             run(db, QStringLiteral("INSERT INTO Ustawienia2 (MargLewy,MargPrawy) VALUES (0,0);"));
+         }},
+        {QStringLiteral("FIRMA"), QStringLiteral("BANK_NAZWA4"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("FIRMA"), bankSlots(4, 10, Empty, Empty)); }},
+        {QStringLiteral("Ustawienia"), QStringLiteral("Szary"),
+         [](QSqlDatabase &db) {
+             addColumns(db, QStringLiteral("Ustawienia"), {typed(QStringLiteral("Szary"), ColumnType::Boolean)});
+             // The older row stays until the Elixir step; readers take the first row.
+             run(db, QStringLiteral("INSERT INTO Ustawienia (Data,Wstawiany,Nowe,CzteryOdcinki,CzteryNaStronie,Szary) "
+                                    "VALUES (True,False,false,True,false,False);"));
+         }},
+        {QStringLiteral("zlecanki"), QStringLiteral("ZUS_NrRachunku"),
+         [](QSqlDatabase &db) {
+             addColumns(db, QStringLiteral("zlecanki"), zusAndTaxColumns());
+             run(db, QStringLiteral("UPDATE zlecanki SET ZUS_czyzus=0 WHERE ZUS_czyzus is null"));
+             // Names a column that does not exist: it fails, as it always has, harmlessly.
+             run(db, QStringLiteral("UPDATE zlecanki SET ZUS_czypodatki=0 WHERE ZUS_czypodatki is null"));
+         }},
+        {QStringLiteral("FIRMA"), QStringLiteral("NAZWA_SKROCONA"),
+         [](QSqlDatabase &db) {
+             addColumns(db, QStringLiteral("FIRMA"), firmIdentifierColumns());
+             // Aimed at the documents table, which has no such columns: both fail harmlessly.
+             run(db, QStringLiteral("UPDATE zlecanki SET TYPIDENTZUS=0 WHERE TYPIDENTZUS is null"));
+             run(db, QStringLiteral("UPDATE zlecanki SET TYPIDENTPOD=0 WHERE TYPIDENTPOD is null"));
+         }},
+        {QStringLiteral("Ustawienia"), QStringLiteral("Eliksir"),
+         [](QSqlDatabase &db) {
+             addColumns(db, QStringLiteral("Ustawienia"), {typed(QStringLiteral("Eliksir"), ColumnType::Integer)});
+             run(db, QStringLiteral("DELETE FROM Ustawienia"));
+             run(db, QStringLiteral("INSERT INTO Ustawienia (Data,Wstawiany,Nowe,CzteryOdcinki,CzteryNaStronie,Szary,"
+                                    "Eliksir) VALUES (True,False,false,True,false,False,0);"));
+         }},
+        {QStringLiteral("FIRMA"), QStringLiteral("BANK_NAZWA11"),
+         [](QSqlDatabase &db) {
+             addColumns(db, QStringLiteral("FIRMA"),
+                        bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta")));
+         }},
+    };
+}
+
+} // namespace
+
+const QList<Table> &baseTables()
+{
+    static const QList<Table> tables = makeBaseTables();
+    return tables;
+}
+
+const QList<Table> &fullTables()
+{
+    static const QList<Table> tables = makeFullTables();
+    return tables;
+}
+
+const Column *findColumn(const QString &table, const QString &column)
+{
+    for (const Table &t : fullTables()) {
+        if (t.name.compare(table, Qt::CaseInsensitive) != 0)
+            continue;
+        for (const Column &c : t.columns)
+            if (c.name.compare(column, Qt::CaseInsensitive) == 0)
+                return &c;
+    }
+    return nullptr;
+}
+
+QString quoted(const QString &identifier)
+{
+    QString s = identifier;
+    s.replace(QLatin1Char('"'), QStringLiteral("\"\""));
+    return QLatin1Char('"') + s + QLatin1Char('"');
+}
+
+QString indexName(const QString &table, const QString &index)
+{
+    return table.toUpper() + QLatin1Char('_') + index;
+}
+
+QString columnSql(const Column &c)
+{
+    const QString n = quoted(c.name);
+    QString sql = n + QLatin1Char(' ');
+    auto check = [&](const QString &suffix, const QString &condition) {
+        sql += QStringLiteral(" CONSTRAINT ") + quoted(c.name + suffix) + QStringLiteral(" CHECK (") + condition +
+               QLatin1Char(')');
+    };
+    switch (c.type) {
+    case ColumnType::Text:
+        sql += QStringLiteral("VARCHAR(") + QString::number(c.width) + QLatin1Char(')');
+        break;
+    case ColumnType::Memo:
+        sql += QStringLiteral("TEXT");
+        break;
+    case ColumnType::Long:
+        sql += c.counter ? QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT") : QStringLiteral("INTEGER");
+        break;
+    case ColumnType::Integer:
+        sql += QStringLiteral("SMALLINT");
+        break;
+    case ColumnType::Currency:
+        sql += QStringLiteral("CURRENCY");
+        break;
+    case ColumnType::Date:
+        sql += QStringLiteral("DATE");
+        break;
+    case ColumnType::Boolean:
+        sql += QStringLiteral("BOOLEAN");
+        break;
+    case ColumnType::Double:
+        sql += QStringLiteral("DOUBLE");
+        break;
+    }
+    if (c.required)
+        sql += QStringLiteral(" NOT NULL");
+    if (c.defaultValue.isValid())
+        sql += QStringLiteral(" DEFAULT ") + literal(c.defaultValue);
+    switch (c.type) {
+    case ColumnType::Text:
+        check(QStringLiteral("_max_") + QString::number(c.width),
+              QStringLiteral("length(") + n + QStringLiteral(") <= ") + QString::number(c.width));
+        break;
+    case ColumnType::Integer:
+        check(QStringLiteral("_zakres"), n + QStringLiteral(" BETWEEN -32768 AND 32767"));
+        break;
+    case ColumnType::Currency:
+        check(QStringLiteral("_kwota"), QStringLiteral("typeof(") + n + QStringLiteral(") IN ('integer','null')"));
+        break;
+    case ColumnType::Date:
+        check(QStringLiteral("_data"), n + QStringLiteral(" IS NULL OR date(") + n + QStringLiteral(") IS ") + n);
+        break;
+    case ColumnType::Boolean:
+        check(QStringLiteral("_logiczne"), n + QStringLiteral(" IN (0,1)"));
+        break;
+    default:
+        break;
+    }
+    return sql;
+}
+
+ColumnType typeOfDeclared(const QString &declaredType)
+{
+    const QString t = declaredType.trimmed().toUpper();
+    if (t.startsWith(QLatin1String("VARCHAR")))
+        return ColumnType::Text;
+    if (t == QLatin1String("TEXT") || t.contains(QLatin1String("CHAR")) || t.contains(QLatin1String("CLOB")))
+        return ColumnType::Memo;
+    if (t == QLatin1String("SMALLINT"))
+        return ColumnType::Integer;
+    if (t.contains(QLatin1String("INT")))
+        return ColumnType::Long;
+    if (t == QLatin1String("CURRENCY"))
+        return ColumnType::Currency;
+    if (t.startsWith(QLatin1String("DATE")))
+        return ColumnType::Date;
+    if (t == QLatin1String("BOOLEAN"))
+        return ColumnType::Boolean;
+    if (t.contains(QLatin1String("DOUB")) || t.contains(QLatin1String("REAL")) || t.contains(QLatin1String("FLOA")))
+        return ColumnType::Double;
+    return ColumnType::Text;
+}
+
+bool tableExists(const QSqlDatabase &db, const QString &table)
+{
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("SELECT 1 FROM sqlite_master WHERE type='table' AND name=? COLLATE NOCASE"));
+    q.addBindValue(table);
+    return q.exec() && q.next();
+}
+
+bool hasColumn(const QSqlDatabase &db, const QString &table, const QString &column)
+{
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("SELECT 1 FROM pragma_table_info(?) WHERE name=? COLLATE NOCASE"));
+    q.addBindValue(table);
+    q.addBindValue(column);
+    return q.exec() && q.next();
+}
+
+bool CreateDatabase(QSqlDatabase &db, QString *error)
+{
+    if (!db.transaction()) {
+        if (error)
+            *error = db.lastError().text();
+        return false;
+    }
+    for (const Table &t : baseTables()) {
+        if (tableExists(db, t.name))
+            continue;
+        QString err;
+        bool ok = run(db, createTableSql(t), &err);
+        for (const Index &i : t.indexes)
+            ok = ok && run(db, createIndexSql(t, i), &err);
+        if (!ok) {
+            db.rollback();
+            if (error)
+                *error = err;
+            return false;
+        }
+    }
+    if (!db.commit()) {
+        if (error)
+            *error = db.lastError().text();
+        db.rollback();
+        return false;
+    }
+    return true;
+}
+
+void UpgradeStructure(QSqlDatabase &db)
+{
+    const bool inTransaction = db.transaction();
+    for (const Step &step : upgradeSteps()) {
+        if (!hasColumn(db, step.table, step.marker))
+            step.apply(db);
+    }
+    if (inTransaction && !db.commit())
+        db.rollback();
+}
+
+bool FixNulls(QSqlDatabase &db, const QString &table)
+{
+    if (!tableExists(db, table))
+        return false;
+    QList<QPair<QString, ColumnType>> columns;
+    {
+        QSqlQuery q(db);
+        q.prepare(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"));
+        q.addBindValue(table);
+        if (!q.exec())
+            return false;
+        while (q.next())
+            columns.append({q.value(0).toString(), typeOfDeclared(q.value(1).toString())});
+    }
+    if (!db.transaction())
+        return false;
+    for (const auto &[name, type] : columns) {
+        const QString set = QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + quoted(name);
+        const QString where = QStringLiteral(" WHERE ") + quoted(name) + QStringLiteral(" IS NULL");
+        if (type == ColumnType::Text || type == ColumnType::Memo)
+            run(db, set + QStringLiteral("=''") + where);
+        else if (type == ColumnType::Date || name.toUpper() == QLatin1String("ID"))
+            continue;
+        else
+            run(db, set + QStringLiteral("=0") + where);
+    }
+    return db.commit();
+}
+
+bool ZeroToNull(QSqlDatabase &db, const QString &table)
+{
+    if (!tableExists(db, table))
+        return false;
+    QStringList dates;
+    {
+        QSqlQuery q(db);
+        q.prepare(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"));
+        q.addBindValue(table);
+        if (!q.exec())
+            return false;
+        while (q.next())
+            if (typeOfDeclared(q.value(1).toString()) == ColumnType::Date)
+                dates << q.value(0).toString();
+    }
+    if (!db.transaction())
+        return false;
+    for (const QString &c : dates)
+        run(db, QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + quoted(c) +
+                    QStringLiteral("=NULL WHERE ") + quoted(c) + QStringLiteral(" IN (0, '', '1899-12-30')"));
+    return db.commit();
+}
+
+QString explainError(const QSqlError &error)
+{
+    const QString text = error.databaseText().isEmpty() ? error.text() : error.databaseText();
+    static const QRegularExpression check(QStringLiteral("CHECK constraint failed: (\\S+?)_(max_(\\d+)|kwota|data|logiczne|zakres)\\b"));
+    static const QRegularExpression unique(QStringLiteral("UNIQUE constraint failed: ([\\w.]+)"));
+    static const QRegularExpression notNull(QStringLiteral("NOT NULL constraint failed: \\w+\\.(\\w+)"));
+    if (const auto m = check.match(text); m.hasMatch()) {
+        const QString col = m.captured(1);
+        const QString kind = m.captured(2);
+        if (kind.startsWith(QLatin1String("max_")))
+            return QStringLiteral("Tekst w polu %1 jest za długi: pole mieści najwyżej %2 znaków. "
+                                  "Skróć go, nic nie zostało zapisane.")
+                .arg(col, m.captured(3));
+        if (kind == QLatin1String("kwota"))
+            return QStringLiteral("Pole %1 musi zawierać kwotę. Nic nie zostało zapisane.").arg(col);
+        if (kind == QLatin1String("data"))
+            return QStringLiteral("Pole %1 musi zawierać prawidłową datę. Nic nie zostało zapisane.").arg(col);
+        if (kind == QLatin1String("logiczne"))
+            return QStringLiteral("Pole %1 przyjmuje tylko wartość Tak lub Nie. Nic nie zostało zapisane.").arg(col);
+        return QStringLiteral("Liczba w polu %1 jest poza zakresem. Nic nie zostało zapisane.").arg(col);
+    }
+    if (const auto m = unique.match(text); m.hasMatch()) {
+        const QString col = m.captured(1).section(QLatin1Char('.'), -1);
+        return QStringLiteral("Wartość pola %1 już istnieje w bazie, a musi być niepowtarzalna. "
+                              "Nic nie zostało zapisane.")
+            .arg(col);
+    }
+    if (const auto m = notNull.match(text); m.hasMatch())
+        return QStringLiteral("Pole %1 nie może być puste. Nic nie zostało zapisane.").arg(m.captured(1));
+    if (text.contains(QLatin1String("readonly"), Qt::CaseInsensitive) ||
+        text.contains(QLatin1String("read-only"), Qt::CaseInsensitive))
+        return QStringLiteral("Baza firmy jest otwarta tylko do odczytu. Zmiany nie zostały zapisane.");
+    if (text.contains(QLatin1String("locked"), Qt::CaseInsensitive) ||
+        text.contains(QLatin1String("busy"), Qt::CaseInsensitive))
+        return QStringLiteral("Baza firmy jest zajęta przez inny program. Spróbuj ponownie za chwilę.");
+    if (text.contains(QLatin1String("disk"), Qt::CaseInsensitive) && text.contains(QLatin1String("full"), Qt::CaseInsensitive))
+        return QStringLiteral("Brak miejsca na dysku. Zmiany nie zostały zapisane.");
+    return QStringLiteral("Błąd bazy danych: ") + text;
+}
+
+} // namespace Structure

@@ -1,0 +1,37 @@
+#include "CommandLine.h"
+#include "Main.h"
+#include "Version.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <cstdio>
+
+int main(int argc, char **argv)
+{
+    QStringList args;
+    for (int i = 0; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+
+    if (CommandLine::isCommand(args)) {
+        QCoreApplication app(argc, argv);
+        return CommandLine::run(args).value_or(2);
+    }
+    const CommandLine::StartOptions options = CommandLine::parseStart(args);
+    if (!options.error.isEmpty()) {
+        std::fprintf(stderr, "%s\n", options.error.toLocal8Bit().constData());
+        return 2;
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Zlecanki"));
+    QApplication::setOrganizationName(QStringLiteral("Kontorian"));
+    QApplication::setApplicationVersion(QStringLiteral(ZLECANKI_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("zlecanki"));
+    QTranslator qtPolish;
+    if (qtPolish.load(QLocale(QLocale::Polish, QLocale::Poland), QStringLiteral("qtbase"), QStringLiteral("_"),
+                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtPolish);
+    return Main(app, options);
+}
