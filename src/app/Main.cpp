@@ -64,7 +64,7 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
     state.started = true;
 
     if (options.quitAfterStart)
-        QTimer::singleShot(0, &app, &QCoreApplication::quit);
+        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(0); }); // no quit question
     const int code = app.exec();
     CloseDb();
     setDialogs(nullptr);

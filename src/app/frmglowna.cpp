@@ -69,8 +69,10 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
     buildToolbar();
     buildStatusBar();
 
-    if (SettingsStore::loadBool(QStringLiteral("show_picture"), true))
+    if (SettingsStore::loadBool(QStringLiteral("show_picture"), true)) {
         m_picture = new frmglowna_img(m_mdi);
+        m_picture->setVisible(m_mdi->viewMode() == QMdiArea::SubWindowView);
+    }
 
     StartupSettings::loadFontsAndPrintOptions();
 
@@ -176,7 +178,7 @@ void frmglowna::buildMenus()
     QAction *one = addCommand(m_windowsMenu, QStringLiteral("mnujednookno"), QStringLiteral("Tylko jedno na raz"), [] {});
     one->setCheckable(true);
     one->setChecked(SettingsStore::loadBool(QStringLiteral("JednoOkno"), false));
-    toggleOneWindow(one->isChecked());
+    m_mdi->setViewMode(one->isChecked() ? QMdiArea::TabbedView : QMdiArea::SubWindowView);
     connect(one, &QAction::toggled, this, &frmglowna::toggleOneWindow);
     addSeparator(m_windowsMenu, QStringLiteral("mnusep3"));
     addCommand(m_windowsMenu, indexed("mnuokno", 0), QStringLiteral("Kaskada"), [this] { m_mdi->cascadeSubWindows(); });
