@@ -230,6 +230,19 @@ void frmglowna::buildToolbar()
         QAction *a = command(QLatin1String(b.command));
         if (!a)
             continue;
+        if (!a->menu() && menuBar()->actions().contains(a)) {
+            // A command that stands in the menu bar itself keeps its caption there without an
+            // icon: the toolbar gets a twin that follows it.
+            QAction *twin = new QAction(this);
+            auto follow = [a, twin] {
+                twin->setEnabled(a->isEnabled());
+                twin->setVisible(a->isVisible());
+            };
+            connect(a, &QAction::changed, twin, follow);
+            connect(twin, &QAction::triggered, a, &QAction::trigger);
+            follow();
+            a = twin;
+        }
         if (a->icon().isNull())
             a->setIcon(style()->standardIcon(b.icon));
         a->setIconText(QString::fromUtf8(b.text));

@@ -53,30 +53,26 @@ std::optional<QSqlDatabase> open(const QString &path, const QString &connection,
         return fail(QStringLiteral("Brak uprawnień do odczytu pliku bazy danych firmy:\n") + shown);
 
     const bool ro = !writable(fi);
-    QSqlDatabase db = addConnection(fi.absoluteFilePath(), connection, ro);
-    if (!db.open()) {
-        const QString why = db.lastError().text();
-        close(connection);
-        return fail(QStringLiteral("Nie można otworzyć bazy danych firmy:\n") + shown + QStringLiteral("\n") + why);
-    }
-    bool isFirm = false;
-    {
+    // Checks in a scope of their own: a connection can be removed only when no handle is left.
+    const QString problem = [&]() -> QString {
+        QSqlDatabase db = addConnection(fi.absoluteFilePath(), connection, ro);
+        if (!db.open())
+            return QStringLiteral("Nie można otworzyć bazy danych firmy:\n") + shown + QLatin1Char('\n') +
+                   db.lastError().text();
         QSqlQuery q(db);
-        if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master"))) {
-            q.finish();
-            close(connection);
-            return fail(QStringLiteral("Plik nie jest bazą danych firmy (uszkodzony albo innego rodzaju):\n") + shown);
-        }
-        isFirm = Structure::tableExists(db, QStringLiteral("ZLECANKI")) &&
-                 Structure::tableExists(db, QStringLiteral("FIRMA"));
-    }
-    if (!isFirm) {
+        if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")))
+            return QStringLiteral("Plik nie jest bazą danych firmy (uszkodzony albo innego rodzaju):\n") + shown;
+        if (!Structure::tableExists(db, QStringLiteral("ZLECANKI")) || !Structure::tableExists(db, QStringLiteral("FIRMA")))
+            return QStringLiteral("Plik nie jest bazą danych firmy programu Zlecanki:\n") + shown;
+        return {};
+    }();
+    if (!problem.isEmpty()) {
         close(connection);
-        return fail(QStringLiteral("Plik nie jest bazą danych firmy programu Zlecanki:\n") + shown);
+        return fail(problem);
     }
     if (readOnly)
         *readOnly = ro;
-    return db;
+    return QSqlDatabase::database(connection, false);
 }
 
 void close(const QString &connection)
