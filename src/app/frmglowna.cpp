@@ -22,6 +22,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPointer>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
@@ -90,7 +91,11 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
         UkryjMenu();
 }
 
-frmglowna::~frmglowna() = default;
+frmglowna::~frmglowna()
+{
+    // The work area announces its windows going away while this window is half destroyed.
+    disconnect(m_mdi, nullptr, this, nullptr);
+}
 
 QAction *frmglowna::addCommand(QMenu *menu, const QString &name, const QString &caption, std::function<void()> handler)
 {
@@ -409,7 +414,9 @@ void frmglowna::updateWindowList()
         QAction *a = m_windowsMenu->addAction(QStringLiteral("&%1 %2").arg(++n).arg(sub->windowTitle()));
         a->setCheckable(true);
         a->setChecked(sub == m_mdi->activeSubWindow());
-        connect(a, &QAction::triggered, this, [this, sub] {
+        connect(a, &QAction::triggered, this, [this, sub = QPointer<QMdiSubWindow>(sub)] {
+            if (!sub)
+                return;
             if (sub->isMinimized())
                 sub->showNormal();
             m_mdi->setActiveSubWindow(sub);
