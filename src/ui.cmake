@@ -2,6 +2,7 @@
 add_library(zlecanki_ui STATIC
   app/Main.cpp
   app/WidgetDialogs.cpp
+  app/WindowUtil.cpp
   app/frmFirmaOpen.cpp
   app/frmglowna.cpp
   app/frmglowna_img.cpp

@@ -9,12 +9,6 @@ bool isBlank(QChar c)
     return c == QLatin1Char(' ') || c == QChar(0x00A0) || c == QChar(0x202F) || c == QChar(0x2009);
 }
 
-// Appends the decimal digits of a non-negative integer.
-QString digits(qint64 value)
-{
-    return QString::number(value);
-}
-
 // Accumulates value = value*10 + d, refusing overflow.
 bool pushDigit(qint64 &value, int d)
 {
@@ -135,45 +129,42 @@ std::optional<Money> Money::parse(QStringView text)
     return Money(negative ? -units : units);
 }
 
-QString Money::plain(QChar decimalSeparator) const
+namespace {
+
+// Sign, whole złote and grosze of an amount rounded to the grosz; `group` puts a blank
+// between every three digits of the złote.
+QString formatGrosze(qint64 g, QChar decimalSeparator, bool group)
 {
-    const qint64 g = toGrosze();
     const qint64 a = g < 0 ? -g : g;
+    const QString whole = QString::number(a / 100);
     QString out;
+    out.reserve(whole.size() + whole.size() / 3 + 5);
     if (g < 0)
         out += QLatin1Char('-');
-    out += digits(a / 100);
+    const qsizetype n = whole.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        if (group && i > 0 && (n - i) % 3 == 0)
+            out += QLatin1Char(' ');
+        out += whole[i];
+    }
     out += decimalSeparator;
     const qint64 f = a % 100;
     if (f < 10)
         out += QLatin1Char('0');
-    out += digits(f);
+    out += QString::number(f);
     return out;
+}
+
+} // namespace
+
+QString Money::plain(QChar decimalSeparator) const
+{
+    return formatGrosze(toGrosze(), decimalSeparator, false);
 }
 
 QString Money::kwota() const
 {
-    const qint64 g = toGrosze();
-    const qint64 a = g < 0 ? -g : g;
-    const QString whole = digits(a / 100);
-    QString grouped;
-    grouped.reserve(whole.size() + whole.size() / 3 + 4);
-    const qsizetype n = whole.size();
-    for (qsizetype i = 0; i < n; ++i) {
-        if (i > 0 && (n - i) % 3 == 0)
-            grouped += QLatin1Char(' ');
-        grouped += whole[i];
-    }
-    QString out;
-    if (g < 0)
-        out += QLatin1Char('-');
-    out += grouped;
-    out += QLatin1Char(',');
-    const qint64 f = a % 100;
-    if (f < 10)
-        out += QLatin1Char('0');
-    out += digits(f);
-    return out;
+    return formatGrosze(toGrosze(), QLatin1Char(','), true);
 }
 
 QString Money::exactText() const
@@ -182,10 +173,10 @@ QString Money::exactText() const
     QString out;
     if (m_units < 0)
         out += QLatin1Char('-');
-    out += digits(a / Scale);
+    out += QString::number(a / Scale);
     qint64 f = a % Scale;
     if (f != 0) {
-        QString frac = digits(f).rightJustified(4, QLatin1Char('0'));
+        QString frac = QString::number(f).rightJustified(4, QLatin1Char('0'));
         while (frac.endsWith(QLatin1Char('0')))
             frac.chop(1);
         out += QLatin1Char('.') + frac;

@@ -5,6 +5,7 @@
 #include "Firm.h"
 #include "Help.h"
 #include "Messages.h"
+#include "WindowUtil.h"
 #include "db/FirmDatabase.h"
 
 #include <QDir>
@@ -68,7 +69,7 @@ frmFirmaOpen::frmFirmaOpen(QWidget *parent) : QWidget(parent)
     connect(ok, &QPushButton::clicked, this, &frmFirmaOpen::chooseSelected);
     connect(m_list, &QListWidget::itemActivated, this, &frmFirmaOpen::chooseSelected);
     connect(file, &QPushButton::clicked, this, &frmFirmaOpen::chooseFile);
-    connect(cancel, &QPushButton::clicked, this, [this] { parentWidget() ? parentWidget()->close() : close(); });
+    connect(cancel, &QPushButton::clicked, this, [this] { closeWindow(this); });
     connect(help, &QPushButton::clicked, this, [] { Help::show(QStringLiteral("Spis")); });
     refresh();
     resize(460, 320);
@@ -105,10 +106,7 @@ void frmFirmaOpen::refresh()
 void frmFirmaOpen::choose(const QString &path)
 {
     // Close first: opening a firm closes the program's windows anyway.
-    if (parentWidget())
-        parentWidget()->close();
-    else
-        close();
+    closeWindow(this);
     Q_EMIT chosen(path);
 }
 

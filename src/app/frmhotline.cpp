@@ -5,6 +5,7 @@
 #include "Messages.h"
 #include "SettingsStore.h"
 #include "Version.h"
+#include "WindowUtil.h"
 
 #include <QDir>
 #include <QLabel>
@@ -34,12 +35,7 @@ frmhotline::frmhotline(QWidget *parent) : QWidget(parent)
     details->setPlainText(text);
     auto *ok = new QPushButton(Msg(1), this);
     ok->setObjectName(QStringLiteral("cmdok"));
-    connect(ok, &QPushButton::clicked, this, [this] {
-        if (parentWidget())
-            parentWidget()->close();
-        else
-            close();
-    });
+    connect(ok, &QPushButton::clicked, this, [this] { closeWindow(this); });
     layout->addWidget(intro);
     layout->addWidget(details);
     layout->addWidget(ok, 0, Qt::AlignRight);

@@ -2,6 +2,7 @@
 
 #include "Messages.h"
 #include "Version.h"
+#include "WindowUtil.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -27,12 +28,7 @@ frmo::frmo(QWidget *parent) : QWidget(parent)
     auto *ok = new QPushButton(Msg(1), this);
     ok->setObjectName(QStringLiteral("cmdok"));
     ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, [this] {
-        if (parentWidget())
-            parentWidget()->close();
-        else
-            close();
-    });
+    connect(ok, &QPushButton::clicked, this, [this] { closeWindow(this); });
     layout->addWidget(name);
     layout->addWidget(version);
     layout->addWidget(about);

@@ -5,6 +5,7 @@
 #include <QSqlRecord>
 
 #include <functional>
+#include <optional>
 
 namespace Structure {
 
@@ -468,30 +469,37 @@ void UpgradeStructure(QSqlDatabase &db)
         db.rollback();
 }
 
-bool FixNulls(QSqlDatabase &db, const QString &table)
+namespace {
+
+// Each column of a table with its type, from the table's own definition.
+std::optional<QList<QPair<QString, ColumnType>>> columnsOf(const QSqlDatabase &db, const QString &table)
 {
     if (!tableExists(db, table))
-        return false;
+        return std::nullopt;
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"));
+    q.addBindValue(table);
+    if (!q.exec())
+        return std::nullopt;
     QList<QPair<QString, ColumnType>> columns;
-    {
-        QSqlQuery q(db);
-        q.prepare(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"));
-        q.addBindValue(table);
-        if (!q.exec())
-            return false;
-        while (q.next())
-            columns.append({q.value(0).toString(), typeOfDeclared(q.value(1).toString())});
-    }
-    if (!db.transaction())
+    while (q.next())
+        columns.append({q.value(0).toString(), typeOfDeclared(q.value(1).toString())});
+    return columns;
+}
+
+} // namespace
+
+bool FixNulls(QSqlDatabase &db, const QString &table)
+{
+    const auto columns = columnsOf(db, table);
+    if (!columns || !db.transaction())
         return false;
-    for (const auto &[name, type] : columns) {
+    for (const auto &[name, type] : *columns) {
         const QString set = QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + quoted(name);
         const QString where = QStringLiteral(" WHERE ") + quoted(name) + QStringLiteral(" IS NULL");
         if (type == ColumnType::Text || type == ColumnType::Memo)
             run(db, set + QStringLiteral("=''") + where);
-        else if (type == ColumnType::Date || name.toUpper() == QLatin1String("ID"))
-            continue;
-        else
+        else if (type != ColumnType::Date && name.toUpper() != QLatin1String("ID"))
             run(db, set + QStringLiteral("=0") + where);
     }
     return db.commit();
@@ -499,24 +507,13 @@ bool FixNulls(QSqlDatabase &db, const QString &table)
 
 bool ZeroToNull(QSqlDatabase &db, const QString &table)
 {
-    if (!tableExists(db, table))
+    const auto columns = columnsOf(db, table);
+    if (!columns || !db.transaction())
         return false;
-    QStringList dates;
-    {
-        QSqlQuery q(db);
-        q.prepare(QStringLiteral("SELECT name, type FROM pragma_table_info(?)"));
-        q.addBindValue(table);
-        if (!q.exec())
-            return false;
-        while (q.next())
-            if (typeOfDeclared(q.value(1).toString()) == ColumnType::Date)
-                dates << q.value(0).toString();
-    }
-    if (!db.transaction())
-        return false;
-    for (const QString &c : dates)
-        run(db, QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + quoted(c) +
-                    QStringLiteral("=NULL WHERE ") + quoted(c) + QStringLiteral(" IN (0, '', '1899-12-30')"));
+    for (const auto &[name, type] : *columns)
+        if (type == ColumnType::Date)
+            run(db, QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + quoted(name) +
+                        QStringLiteral("=NULL WHERE ") + quoted(name) + QStringLiteral(" IN (0, '', '1899-12-30')"));
     return db.commit();
 }
 

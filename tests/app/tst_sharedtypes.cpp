@@ -1,6 +1,7 @@
 #include "DateText.h"
 #include "Messages.h"
 #include "Money.h"
+#include "RecordingDialogs.h"
 
 #include <QTest>
 
@@ -16,6 +17,7 @@ private Q_SLOTS:
     void parseDate();
     void isoRoundTrip();
     void messageTable();
+    void errorReport();
 };
 
 void TestSharedTypes::parseMoney_data()
@@ -145,6 +147,17 @@ void TestSharedTypes::messageTable()
     QCOMPARE(Msg(56), QStringLiteral("Jesteś pewien że chcesz usunąć - "));
     QCOMPARE(Msg(108), QStringLiteral("' nie jest numerem NIP-u."));
     QCOMPARE(Msg(999), QString());
+}
+
+void TestSharedTypes::errorReport()
+{
+    RecordingDialogs d;
+    ErrorReport(QStringLiteral("Brak miejsca na dysku"), 61);
+    QCOMPARE(d.beeps, 1);
+    QCOMPARE(d.calls.size(), 1);
+    QCOMPARE(d.calls[0].text, QStringLiteral("\nPrzechwycony błąd:\nBrak miejsca na dysku\nNumer: 61"));
+    QCOMPARE(d.calls[0].title, QStringLiteral("Błąd"));
+    QCOMPARE(d.calls[0].icon, Dialogs::Icon::Exclamation);
 }
 
 QTEST_GUILESS_MAIN(TestSharedTypes)
