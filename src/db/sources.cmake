@@ -1,0 +1,4 @@
+list(APPEND CORE_SOURCES
+  db/FirmDatabase.cpp
+  db/Structure.cpp
+)

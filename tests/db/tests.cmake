@@ -1,0 +1,1 @@
+zlecanki_test(tst_structure db/tst_structure.cpp)
