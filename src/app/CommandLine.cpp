@@ -2,7 +2,11 @@
 
 #include "AppState.h"
 #include "DateText.h"
+#include "Messages.h"
+#include "Money.h"
 #include "Version.h"
+#include "validation/Sprawdz.h"
+#include "words/Slownie.h"
 #include "db/FirmDatabase.h"
 
 #include <QDir>
@@ -52,6 +56,44 @@ int newFirm(const QStringList &args)
     return 0;
 }
 
+int spellAmount(const QStringList &args)
+{
+    if (args.size() != 1) {
+        err(QStringLiteral("Użycie: zlecanki slownie KWOTA"));
+        return 2;
+    }
+    const auto amount = Money::parse(args.first());
+    if (!amount) {
+        err(QLatin1Char('\'') + args.first() + Msg(101));
+        return 2;
+    }
+    const Wording w = wordingOf(*amount);
+    if (w.overLimit) {
+        out(overLimitMessage(*amount));
+        out(w.text);
+        return 1;
+    }
+    out(w.text);
+    return 0;
+}
+
+int checkField(const QStringList &args)
+{
+    if (args.size() != 2 || !Sprawdz::isKnownKind(args.first())) {
+        err(QStringLiteral("Użycie: zlecanki sprawdz RODZAJ TEKST (RODZAJ: data, cur, num, int, kodpoczt, nip, pesel)"));
+        return 2;
+    }
+    const Sprawdz::Outcome outcome = Sprawdz::check(args.at(0), args.at(1));
+    if (outcome.ok) {
+        out(QStringLiteral("OK"));
+        return 0;
+    }
+    out(outcome.message);
+    if (!outcome.reason.isEmpty())
+        out(outcome.reason);
+    return 1;
+}
+
 const QList<Command> &commands()
 {
     static const QList<Command> list = {
@@ -59,6 +101,12 @@ const QList<Command> &commands()
          QStringLiteral("tworzy nową bazę danych firmy (z rozszerzeniem .zlc, gdy PLIK go nie ma)\n"
                         "                         i wypisuje jej pełną ścieżkę"),
          newFirm},
+        {QStringLiteral("slownie"), QStringLiteral("slownie KWOTA"),
+         QStringLiteral("wypisuje kwotę słownie, tak jak na blankiecie (\"1234,50\")"), spellAmount},
+        {QStringLiteral("sprawdz"), QStringLiteral("sprawdz RODZAJ TEKST"),
+         QStringLiteral("sprawdza pole: data, cur, num, int, kodpoczt, nip albo pesel;\n"
+                        "                         wypisuje OK albo komunikat i przyczynę"),
+         checkField},
     };
     return list;
 }

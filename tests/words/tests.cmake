@@ -1,0 +1,1 @@
+zlecanki_test(tst_slownie words/tst_slownie.cpp)

@@ -1,0 +1,302 @@
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "words/Slownie.h"
+
+#include <QFile>
+#include <QHash>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTest>
+
+namespace {
+
+// Reads a wording back into grosze without looking at how it was made. Besides the
+// number it checks every magnitude word's form by Polish grammar, with the one deliberate
+// exception of the slips: a group of a hundred or more ending in 12-14 takes the 2-4 form.
+struct Reading {
+    qint64 grosze = -1;
+    QString error;
+};
+
+enum class Form { One, Few, Many };
+
+Form expectedForm(qint64 v)
+{
+    if (v == 1)
+        return Form::One;
+    const qint64 lastTwo = v % 100, last = v % 10;
+    if (lastTwo >= 12 && lastTwo <= 14)
+        return v >= 100 ? Form::Few : Form::Many;
+    return last >= 2 && last <= 4 ? Form::Few : Form::Many;
+}
+
+Reading readBack(const QString &wording)
+{
+    static const QHash<QString, int> numbers = {
+        {"jeden", 1},         {"dwa", 2},           {"trzy", 3},          {"cztery", 4},          {"pięć", 5},
+        {"sześć", 6},         {"siedem", 7},        {"osiem", 8},         {"dziewięć", 9},        {"dziesięć", 10},
+        {"jedenaście", 11},   {"dwanaście", 12},    {"trzynaście", 13},   {"czternaście", 14},    {"piętnaście", 15},
+        {"szesnaście", 16},   {"siedemnaście", 17}, {"osiemnaście", 18},  {"dziewiętnaście", 19}, {"dwadzieścia", 20},
+        {"trzydzieści", 30},  {"czterdzieści", 40}, {"pięćdziesiąt", 50}, {"sześćdziesiąt", 60},  {"siedemdziesiąt", 70},
+        {"osiemdziesiąt", 80}, {"dziewięćdziesiąt", 90}, {"sto", 100},    {"dwieście", 200},      {"trzysta", 300},
+        {"czterysta", 400},   {"pięćset", 500},     {"sześćset", 600},    {"siedemset", 700},     {"osiemset", 800},
+        {"dziewięćset", 900}};
+    struct Magnitude {
+        qint64 scale;
+        Form form;
+    };
+    static const QHash<QString, Magnitude> magnitudes = {
+        {"miliard", {1000000000, Form::One}}, {"miliardy", {1000000000, Form::Few}}, {"miliardów", {1000000000, Form::Many}},
+        {"milion", {1000000, Form::One}},     {"miliony", {1000000, Form::Few}},     {"milionów", {1000000, Form::Many}},
+        {"tysiąc", {1000, Form::One}},        {"tysiące", {1000, Form::Few}},        {"tysięcy", {1000, Form::Many}}};
+    static const QHash<QString, Form> zlote = {{"złoty", Form::One}, {"złote", Form::Few}, {"złotych", Form::Many}};
+    static const QHash<QString, Form> grosze = {{"grosz", Form::One}, {"grosze", Form::Few}, {"groszy", Form::Many}};
+
+    Reading r;
+    if (wording.isEmpty()) {
+        r.grosze = 0;
+        return r;
+    }
+    if (wording != wording.trimmed() || wording.contains(QStringLiteral("  ")) || wording.contains(QStringLiteral("zero")))
+        return {-1, QStringLiteral("blanks or zero")};
+    qint64 total = 0, group = 0, lastScale = 0;
+    bool seenZlote = false;
+    for (const QString &word : wording.split(QLatin1Char(' '))) {
+        if (numbers.contains(word)) {
+            group += numbers[word];
+        } else if (magnitudes.contains(word)) {
+            const Magnitude m = magnitudes[word];
+            if (group == 0 || (lastScale && m.scale >= lastScale) || expectedForm(group) != m.form)
+                return {-1, QStringLiteral("magnitude ") + word};
+            total += group * m.scale;
+            lastScale = m.scale;
+            group = 0;
+        } else if (zlote.contains(word)) {
+            total += group;
+            if (total == 0 || seenZlote || expectedForm(group) != zlote[word])
+                return {-1, QStringLiteral("złote word ") + word};
+            seenZlote = true;
+            group = 0;
+        } else if (grosze.contains(word)) {
+            if (group == 0 || group > 99 || expectedForm(group) != grosze[word])
+                return {-1, QStringLiteral("grosze word ") + word};
+            r.grosze = total * 100 + group;
+            return r;
+        } else {
+            return {-1, QStringLiteral("unknown word ") + word};
+        }
+    }
+    if (group != 0 || !seenZlote)
+        return {-1, QStringLiteral("dangling number")};
+    r.grosze = total * 100;
+    return r;
+}
+
+} // namespace
+
+class TestSlownie : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void wording_data();
+    void wording();
+    void wordTable_data();
+    void wordTable();
+    void randomAmountsReadBack();
+    void overLimitToldAndGivenInDigits_data();
+    void overLimitToldAndGivenInDigits();
+    void wrapping_data();
+    void wrapping();
+    void commandLine_data();
+    void commandLine();
+};
+
+void TestSlownie::wording_data()
+{
+    QTest::addColumn<QString>("amount");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("zero") << "0,00" << "";
+    QTest::newRow("below half a grosz") << "0,0049" << "";
+    QTest::newRow("half a grosz rounds up") << "0,005" << "jeden grosz";
+    QTest::newRow("one grosz") << "0,01" << "jeden grosz";
+    QTest::newRow("two grosze") << "0,02" << "dwa grosze";
+    QTest::newRow("fifty grosze") << "0,50" << "pięćdziesiąt groszy";
+    QTest::newRow("0.125 rounds to 0.13") << "0,125" << "trzynaście groszy";
+    QTest::newRow("one złoty") << "1,00" << "jeden złoty";
+    QTest::newRow("2.05") << "2,05" << "dwa złote pięć groszy";
+    QTest::newRow("twelve") << "12,00" << "dwanaście złotych";
+    QTest::newRow("21.22") << "21,22" << "dwadzieścia jeden złotych dwadzieścia dwa grosze";
+    QTest::newRow("22") << "22,00" << "dwadzieścia dwa złote";
+    QTest::newRow("100") << "100" << "sto złotych";
+    QTest::newRow("112.13 keeps the slips' form") << "112,13" << "sto dwanaście złote trzynaście groszy";
+    QTest::newRow("1000") << "1000,00" << "jeden tysiąc złotych";
+    QTest::newRow("1001") << "1001" << "jeden tysiąc jeden złoty";
+    QTest::newRow("2000") << "2000" << "dwa tysiące złotych";
+    QTest::newRow("12000") << "12000" << "dwanaście tysięcy złotych";
+    QTest::newRow("213000 keeps the slips' form") << "213000" << "dwieście trzynaście tysiące złotych";
+    QTest::newRow("1 000 001") << "1 000 001,00" << "jeden milion jeden złoty";
+    QTest::newRow("2 500 000.50") << "2 500 000,50" << "dwa miliony pięćset tysięcy złotych pięćdziesiąt groszy";
+    QTest::newRow("milliard") << "1000000000" << "jeden miliard złotych";
+    QTest::newRow("1 234 567 890.99")
+        << "1 234 567 890,99"
+        << "jeden miliard dwieście trzydzieści cztery miliony pięćset sześćdziesiąt siedem tysięcy osiemset "
+           "dziewięćdziesiąt złotych dziewięćdziesiąt dziewięć groszy";
+    QTest::newRow("sign dropped") << "-15,10" << "piętnaście złotych dziesięć groszy";
+    QTest::newRow("limit")
+        << "999 999 999 999,99"
+        << "dziewięćset dziewięćdziesiąt dziewięć miliardów dziewięćset dziewięćdziesiąt dziewięć milionów "
+           "dziewięćset dziewięćdziesiąt dziewięć tysięcy dziewięćset dziewięćdziesiąt dziewięć złotych "
+           "dziewięćdziesiąt dziewięć groszy";
+}
+
+void TestSlownie::wording()
+{
+    QFETCH(QString, amount);
+    QFETCH(QString, words);
+    RecordingDialogs d;
+    QCOMPARE(Slownie(*Money::parse(amount)), words);
+    QVERIFY(d.calls.isEmpty());
+}
+
+void TestSlownie::wordTable_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("word");
+    QTest::newRow("unit 0") << 0 << 0 << "";
+    QTest::newRow("unit 9") << 0 << 9 << "dziewięć";
+    QTest::newRow("teen 11") << 0 << 11 << "jedenaście";
+    QTest::newRow("teen 14") << 0 << 14 << "czternaście";
+    QTest::newRow("teen 19") << 0 << 19 << "dziewiętnaście";
+    QTest::newRow("unit 20") << 0 << 20 << "zero";
+    QTest::newRow("unit 21") << 0 << 21 << "jeden";
+    QTest::newRow("unit 22") << 0 << 22 << "";
+    QTest::newRow("tens 4") << 1 << 4 << "czterdzieści";
+    QTest::newRow("tens 6") << 1 << 6 << "sześćdziesiąt";
+    QTest::newRow("hundreds 2") << 2 << 2 << "dwieście";
+    QTest::newRow("grosze 1") << 3 << 1 << "groszy";
+    QTest::newRow("grosze 20") << 3 << 20 << "groszy";
+    QTest::newRow("złote 3") << 4 << 3 << "złote";
+    QTest::newRow("złote 21") << 4 << 21 << "złoty";
+    QTest::newRow("thousands 20") << 5 << 20 << "";
+    QTest::newRow("thousands 0") << 5 << 0 << "tysięcy";
+    QTest::newRow("millions 4") << 6 << 4 << "miliony";
+    QTest::newRow("milliards 21") << 7 << 21 << "miliard";
+    QTest::newRow("kind 8") << 8 << 1 << "";
+    QTest::newRow("negative code") << 4 << -1 << "";
+}
+
+void TestSlownie::wordTable()
+{
+    QFETCH(int, kind);
+    QFETCH(int, code);
+    QFETCH(QString, word);
+    QCOMPARE(Slowo(kind, code), word);
+}
+
+void TestSlownie::randomAmountsReadBack()
+{
+    QRandomGenerator rng(20261121);
+    for (int i = 0; i < 200000; ++i) {
+        // Spread over every order of magnitude, up to the limit.
+        const int digits = 1 + rng.bounded(14);
+        qint64 grosze = 0;
+        for (int d = 0; d < digits; ++d)
+            grosze = grosze * 10 + rng.bounded(10);
+        const Money amount = Money::fromGrosze(grosze);
+        const Wording w = wordingOf(amount);
+        QVERIFY(!w.overLimit);
+        const Reading r = readBack(w.text);
+        if (r.grosze != grosze)
+            QFAIL(qPrintable(QStringLiteral("%1 gr: \"%2\" (%3)").arg(grosze).arg(w.text, r.error)));
+    }
+}
+
+void TestSlownie::overLimitToldAndGivenInDigits_data()
+{
+    QTest::addColumn<QString>("amount");
+    QTest::addColumn<QString>("digits");
+    QTest::newRow("a billion złoty more") << "1000000000000" << "1000000000000";
+    QTest::newRow("rounds over the limit") << "999999999999,995" << "999999999999,995";
+    QTest::newRow("negative") << "-1000000000000,5" << "1000000000000,5";
+}
+
+void TestSlownie::overLimitToldAndGivenInDigits()
+{
+    QFETCH(QString, amount);
+    QFETCH(QString, digits);
+    RecordingDialogs d;
+    QCOMPARE(Slownie(*Money::parse(amount)), digits);
+    QCOMPARE(d.calls.size(), 1);
+    QCOMPARE(d.calls[0].title, QStringLiteral("Przekroczony zakres"));
+    QCOMPARE(d.calls[0].text, QStringLiteral("Kwota - ") + digits +
+                                  QStringLiteral(" - jest za duża. Nie potrafię przedstawić jej słownie"));
+    QCOMPARE(d.calls[0].icon, Dialogs::Icon::Information);
+}
+
+void TestSlownie::wrapping_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qreal>("box"); // characters are 100 units wide
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<bool>("tooLong");
+    QTest::newRow("fits one line") << "jeden grosz" << qreal(3000) << QStringList{"jeden grosz"} << false;
+    QTest::newRow("broken at blanks")
+        << "sto dwanaście złote trzynaście groszy" << qreal(1500)
+        << QStringList{"sto dwanaście", "złote", "trzynaście", "groszy"} << false;
+    QTest::newRow("exactly a line then more") << "aaaa bbbb cccc" << qreal(900) << QStringList{"aaaa bbbb", "cccc"} << false;
+    QTest::newRow("blank right at the limit") << "aaaa bbbb" << qreal(450) << QStringList{"aaaa", "bbbb"} << false;
+    QTest::newRow("word longer than a line") << "dziewięćdziesiąt groszy" << qreal(500)
+                                             << QStringList{"dziew", "ięćdz", "iesią", "t", "grosz"} << true;
+    QTest::newRow("six lines needed")
+        << "aaa bbb ccc ddd eee fff" << qreal(300) << QStringList{"aaa", "bbb", "ccc", "ddd", "eee"} << true;
+    QTest::newRow("empty") << "" << qreal(3000) << QStringList{} << false;
+}
+
+void TestSlownie::wrapping()
+{
+    QFETCH(QString, text);
+    QFETCH(qreal, box);
+    QFETCH(QStringList, lines);
+    QFETCH(bool, tooLong);
+    const auto width = [](const QString &s) { return qreal(s.size() * 100); };
+    const WrappedWording w = wrapWording(text, width, box);
+    QCOMPARE(w.lines, lines);
+    QCOMPARE(w.message, tooLong ? QStringLiteral("Druk słownie - Za mało wierszy!") : QString());
+    for (const QString &line : w.lines)
+        QVERIFY(width(line) <= box);
+}
+
+void TestSlownie::commandLine_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("words") << QStringList{"slownie", "1234,50"} << 0
+                           << "jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy\n";
+    QTest::newRow("over the limit") << QStringList{"slownie", "1000000000000"} << 1
+                                    << "Kwota - 1000000000000 - jest za duża. Nie potrafię przedstawić jej słownie\n"
+                                       "1000000000000\n";
+    QTest::newRow("not an amount") << QStringList{"slownie", "12,34,5"} << 2 << "";
+    QTest::newRow("postal code ok") << QStringList{"sprawdz", "kodpoczt", "00-950"} << 0 << "OK\n";
+    QTest::newRow("postal code wrong") << QStringList{"sprawdz", "kodpoczt", "00-9a0"} << 1
+                                       << "'00-9a0' nie jest kodem pocztowym.\nNiedopuszczalny znak\n";
+    QTest::newRow("date wrong") << QStringList{"sprawdz", "data", "29-02-2023"} << 1 << "'29-02-2023' nie jest datą.\n";
+    QTest::newRow("unknown kind") << QStringList{"sprawdz", "regon", "1"} << 2 << "";
+}
+
+void TestSlownie::commandLine()
+{
+    QFETCH(QStringList, args);
+    QFETCH(int, exitCode);
+    QFETCH(QString, output);
+    if (!QFile::exists(programPath()))
+        QSKIP("the program is not built in this configuration");
+    QProcess p;
+    p.start(programPath(), args);
+    QVERIFY(p.waitForFinished(20000));
+    QCOMPARE(p.exitCode(), exitCode);
+    QCOMPARE(QString::fromUtf8(p.readAllStandardOutput()), output);
+}
+
+QTEST_GUILESS_MAIN(TestSlownie)
+#include "tst_slownie.moc"
