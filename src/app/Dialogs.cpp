@@ -70,6 +70,11 @@ Dialogs::UrlResult ConsoleDialogs::openUrl(const QUrl &url)
     return UrlResult::Failed;
 }
 
+std::optional<Dialogs::PrintChoice> ConsoleDialogs::printCopies(int copies, bool preview)
+{
+    return PrintChoice{copies, preview};
+}
+
 QString errorReportText(const QString &description, int number)
 {
     return QStringLiteral("\nPrzechwycony błąd:\n") + description + QStringLiteral("\nNumer: ") +

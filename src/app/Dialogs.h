@@ -14,6 +14,10 @@ class Dialogs {
 public:
     enum class Icon { None, Information, Exclamation, Critical, Question };
     enum class UrlResult { Opened, NoBrowser, Failed };
+    struct PrintChoice {
+        int copies = 1;
+        bool preview = false;
+    };
 
     virtual ~Dialogs() = default;
 
@@ -28,6 +32,9 @@ public:
     virtual QString saveFileName(const QString &title, const QString &path, const QString &filter) = 0;
     virtual void beep() = 0;
     virtual UrlResult openUrl(const QUrl &url) = 0;
+    // The copies window before a printout ("Wydruk"): copies and the preview switch, preset
+    // from the arguments; nothing when cancelled.
+    virtual std::optional<PrintChoice> printCopies(int copies, bool preview) = 0;
 
     // Shorthands for the usual boxes.
     void information(const QString &text, const QString &title = QString())
@@ -56,6 +63,7 @@ public:
     QString saveFileName(const QString &title, const QString &path, const QString &filter) override;
     void beep() override;
     UrlResult openUrl(const QUrl &url) override;
+    std::optional<PrintChoice> printCopies(int copies, bool preview) override;
 };
 
 // The common error report of every handler that traps an error: a beep, then a box

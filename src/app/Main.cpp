@@ -8,6 +8,8 @@
 #include "WidgetDialogs.h"
 #include "frmglowna.h"
 #include "frmstart.h"
+#include "print/PrinterSurface.h"
+#include "print/frmDrukPreview.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -48,6 +50,19 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
     auto progress = QObject::connect(&FirmEvents::instance(), &FirmEvents::progress, splash.get(),
                                      &frmstart::showProgress);
     frmglowna main;
+    PrintEngine &engine = PrintEngine::instance();
+    engine.setPrinterFactory([]() -> std::unique_ptr<PrintSurface> {
+        auto printer = std::make_unique<PrinterSurface>();
+        if (!printer->isValid())
+            return nullptr;
+        return printer;
+    });
+    engine.setPreviewSink([&main](const PrintEngine::Job &job, const QList<QPicture> &pages, QSizeF page) {
+        // A new preview takes the place of the one before.
+        if (QWidget *old = main.childWindow(QStringLiteral("frmDrukPreview")))
+            old->parentWidget()->close();
+        main.showChild(new frmDrukPreview(job, pages, page));
+    });
     main.restorePlacement();
     main.show();
     main.openStartFirm(options.firmFile);
@@ -66,6 +81,7 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
     if (options.quitAfterStart)
         QTimer::singleShot(0, &app, [] { QCoreApplication::exit(0); }); // no quit question
     const int code = app.exec();
+    engine.setPreviewSink(nullptr);
     CloseDb();
     setDialogs(nullptr);
     return code;

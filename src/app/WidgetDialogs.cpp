@@ -1,5 +1,7 @@
 #include "WidgetDialogs.h"
 
+#include "print/frmPrintkopie.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
@@ -94,4 +96,12 @@ Dialogs::UrlResult WidgetDialogs::openUrl(const QUrl &url)
     if (QStandardPaths::findExecutable(QStringLiteral("xdg-open")).isEmpty())
         return UrlResult::NoBrowser;
     return QDesktopServices::openUrl(url) ? UrlResult::Opened : UrlResult::Failed;
+}
+
+std::optional<Dialogs::PrintChoice> WidgetDialogs::printCopies(int copies, bool preview)
+{
+    frmPrintkopie window(copies, preview, owner());
+    if (window.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return PrintChoice{window.copies(), window.preview()};
 }

@@ -13,4 +13,5 @@ public:
     QString saveFileName(const QString &title, const QString &path, const QString &filter) override;
     void beep() override;
     UrlResult openUrl(const QUrl &url) override;
+    std::optional<PrintChoice> printCopies(int copies, bool preview) override;
 };

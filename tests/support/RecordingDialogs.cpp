@@ -70,3 +70,11 @@ void RecordingDialogs::clear()
     calls.clear();
     beeps = 0;
 }
+
+std::optional<Dialogs::PrintChoice> RecordingDialogs::printCopies(int copies, bool preview)
+{
+    calls.append({QStringLiteral("copies"), QString::number(copies), QStringLiteral("Wydruk"), Icon::None});
+    if (!printChoices.isEmpty())
+        return printChoices.takeFirst();
+    return PrintChoice{copies, preview};
+}

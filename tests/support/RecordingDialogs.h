@@ -27,6 +27,8 @@ public:
     QString saveFileName(const QString &title, const QString &path, const QString &filter) override;
     void beep() override;
     UrlResult openUrl(const QUrl &url) override;
+    // Records a "copies" call; answers from `printChoices`, then keeps the offered values.
+    std::optional<PrintChoice> printCopies(int copies, bool preview) override;
 
     // Calls of one kind, and whether any message or question text contains `part`.
     QList<Call> callsOf(const QString &kind) const;
@@ -41,6 +43,7 @@ public:
     QStringList files; // open and save choices, in order; then ""
     QList<QUrl> urls;
     UrlResult urlResult = UrlResult::Opened;
+    QList<std::optional<PrintChoice>> printChoices;
 
 private:
     Dialogs *m_previous = nullptr;

@@ -1,0 +1,263 @@
+#include "PrintEngine.h"
+
+#include "AppState.h"
+#include "Dialogs.h"
+#include "Messages.h"
+#include "SettingsStore.h"
+#include "words/Slownie.h"
+
+#include <QFontMetricsF>
+
+#include <cmath>
+
+namespace {
+
+constexpr qreal TwipsPerMillimetre = 56.7;
+
+int storedCopies()
+{
+    const int copies = SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(1);
+    return qBound(1, copies, 255);
+}
+
+} // namespace
+
+PrintEngine::PrintEngine()
+{
+    m_font.setFamily(fontFamily(QStringLiteral("Arial CE")));
+    m_font.setPixelSize(200);
+}
+
+PrintEngine &PrintEngine::instance()
+{
+    static PrintEngine engine;
+    return engine;
+}
+
+void PrintEngine::setDriver(const QString &procedure, Driver driver)
+{
+    m_drivers.insert(procedure, std::move(driver));
+}
+
+void PrintEngine::setPrinterFactory(SurfaceFactory factory)
+{
+    m_printerFactory = std::move(factory);
+}
+
+void PrintEngine::setPreviewSink(std::function<void(const Job &, const QList<QPicture> &, QSizeF)> sink)
+{
+    m_previewSink = std::move(sink);
+}
+
+QString PrintEngine::fontFamily(const QString &name)
+{
+    QString family = name.trimmed();
+    if (family.endsWith(QLatin1String(" CE")))
+        family.chop(3);
+    return family.isEmpty() ? QStringLiteral("Arial") : family;
+}
+
+bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QPageLayout::Orientation orientation,
+                         bool preview, const QString &caller)
+{
+    int copies = storedCopies();
+    bool previewOn = preview;
+    if (caller.isEmpty()) {
+        const auto choice = dialogs().printCopies(copies, preview);
+        if (!choice)
+            return false;
+        copies = qBound(1, choice->copies, 255);
+        previewOn = choice->preview;
+        SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), copies);
+    }
+    m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false};
+
+    if (!m_drivers.contains(procedure)) {
+        dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);
+        return false;
+    }
+    if (m_job.output == Output::Preview) {
+        PreviewSurface surface;
+        if (!run(surface, 1))
+            return false;
+        if (m_previewSink)
+            m_previewSink(m_job, surface.pages(), surface.pageSizeTwips());
+        return true;
+    }
+    std::unique_ptr<PrintSurface> surface = m_printerFactory ? m_printerFactory() : nullptr;
+    if (!surface) {
+        dialogs().exclamation(Msg(80), Msg(51));
+        return false;
+    }
+    // A printer that makes the copies itself gets the job once; otherwise it is repeated.
+    const int passes = copies > 1 && surface->setCopyCount(copies) ? 1 : copies;
+    return run(*surface, passes);
+}
+
+bool PrintEngine::saveAsPdf(const Job &job, const QString &fileName)
+{
+    m_job = job;
+    m_job.saving = true;
+    PdfSurface surface(fileName);
+    const bool ok = run(surface, 1);
+    m_job.saving = false;
+    return ok;
+}
+
+bool PrintEngine::run(PrintSurface &surface, int passes)
+{
+    m_surface = &surface;
+    UstawOrientacje(m_job.orientation);
+    if (!surface.begin(m_painter)) {
+        m_surface = nullptr;
+        dialogs().exclamation(Msg(80), Msg(51));
+        return false;
+    }
+    m_pageCount = 1;
+    for (int pass = 0; pass < passes; ++pass) {
+        if (pass > 0) {
+            surface.nextCopy(m_painter);
+            ++m_pageCount;
+        }
+        m_pageEnded = false;
+        m_originX = m_originY = m_currentY = 0;
+        m_font = QFont(fontFamily(appState().fontPrinter));
+        m_font.setPixelSize(200);
+        m_font.setBold(false);
+        m_font.setItalic(false);
+        m_font.setUnderline(false);
+        m_painter.setFont(m_font);
+        Wykonaj();
+    }
+    const bool ok = surface.end(m_painter);
+    m_surface = nullptr;
+    return ok;
+}
+
+void PrintEngine::Wykonaj()
+{
+    const auto it = m_drivers.constFind(m_job.procedure);
+    if (it == m_drivers.constEnd()) {
+        dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);
+        return;
+    }
+    (*it)(*this);
+}
+
+void PrintEngine::ensurePage()
+{
+    if (!m_pageEnded || !m_surface)
+        return;
+    m_surface->newPage(m_painter);
+    m_painter.setFont(m_font);
+    ++m_pageCount;
+    m_pageEnded = false;
+}
+
+void PrintEngine::UstawPoczatek(qreal x0, qreal y0)
+{
+    const AppState &s = appState();
+    m_originX = std::round(s.margLewy * TwipsPerMillimetre + x0);
+    m_originY = std::round(s.margPrawy * TwipsPerMillimetre + y0);
+}
+
+void PrintEngine::DrukTekst(const QString &text, qreal x, qreal y, bool centre)
+{
+    ensurePage();
+    const QFontMetricsF fm(m_font);
+    const qreal left = m_originX + x - (centre ? fm.horizontalAdvance(text) / 2 : 0);
+    const qreal top = m_originY + y;
+    // The position is the text's top, as on the old printing surface; Qt draws on the baseline.
+    m_painter.drawText(QPointF(left, top + fm.ascent()), text);
+    m_currentY = top + fm.height();
+}
+
+qreal PrintEngine::PozycjaY() const
+{
+    return m_currentY - m_originY;
+}
+
+void PrintEngine::UstawCzcionke(qreal size, bool bold, bool italic, const QString &name)
+{
+    if (!name.isEmpty())
+        m_font.setFamily(fontFamily(name));
+    m_font.setPixelSize(qMax(1, qRound(size * 20)));
+    m_font.setBold(bold);
+    m_font.setItalic(italic);
+    m_painter.setFont(m_font);
+}
+
+qreal PrintEngine::WysokoscWiersza() const
+{
+    const qreal height = QFontMetricsF(m_font).height();
+    return m_surface && m_surface->isPreview() ? height - 35 : height;
+}
+
+qreal PrintEngine::SzerokoscStrony() const
+{
+    const QSizeF page = m_surface ? m_surface->pageSizeTwips() : QSizeF(11906, 16838);
+    return page.width() - 2 * m_originX;
+}
+
+qreal PrintEngine::WysokoscStrony() const
+{
+    const QSizeF page = m_surface ? m_surface->pageSizeTwips() : QSizeF(11906, 16838);
+    return page.height() - m_originY - 100;
+}
+
+void PrintEngine::KoniecStrony()
+{
+    // The next page opens when something is drawn on it, so a layout that ends its last
+    // page leaves no blank page behind.
+    m_pageEnded = true;
+}
+
+qreal PrintEngine::textWidth(const QString &text) const
+{
+    return QFontMetricsF(m_font).horizontalAdvance(text);
+}
+
+void PrintEngine::DrukSlownie(Money amount, qreal x, qreal &y, qreal width)
+{
+    const QString text = Slownie(amount);
+    if (text.isEmpty())
+        return;
+    const WrappedWording wrapped = wrapWording(text, [this](const QString &s) { return textWidth(s); }, width);
+    const qreal advance = QFontMetricsF(m_font).height();
+    for (const QString &line : wrapped.lines) {
+        DrukTekst(line, x, y);
+        y += advance;
+    }
+    if (!wrapped.message.isEmpty())
+        dialogs().message(wrapped.message, QString(), Dialogs::Icon::None);
+}
+
+void PrintEngine::UstawOrientacje(QPageLayout::Orientation orientation)
+{
+    m_job.orientation = orientation;
+    if (m_surface && !m_surface->setOrientation(orientation))
+        dialogs().exclamation(QStringLiteral("Nie mogę zmienić orientacji"));
+}
+
+void PrintEngine::Linia(qreal x1, qreal y1, qreal x2, qreal y2, qreal width)
+{
+    ensurePage();
+    m_painter.setPen(QPen(Qt::black, width));
+    m_painter.drawLine(QPointF(m_originX + x1, m_originY + y1), QPointF(m_originX + x2, m_originY + y2));
+}
+
+void PrintEngine::Prostokat(qreal x, qreal y, qreal w, qreal h, bool grey, qreal width)
+{
+    ensurePage();
+    m_painter.setPen(QPen(Qt::black, width));
+    m_painter.setBrush(grey ? QBrush(QColor(225, 225, 225)) : QBrush(Qt::NoBrush));
+    m_painter.drawRect(QRectF(m_originX + x, m_originY + y, w, h));
+    m_painter.setBrush(Qt::NoBrush);
+}
+
+void PrintEngine::turnOver(const QString &message)
+{
+    KoniecStrony();
+    if (m_job.output == Output::Printer && !m_job.saving)
+        dialogs().information(message, QStringLiteral("Druk dwustronny"));
+}

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "Money.h"
+#include "PrintSurface.h"
+
+#include <QFont>
+#include <QHash>
+#include <QPageLayout>
+#include <QPainter>
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+// Every printout goes through this engine: a job is named by a procedure word and one
+// parameter (usually a document's Id). The engine asks for copies, picks the surface
+// (printer, PDF file or preview pages), sets the orientation and runs the layout driver
+// of the procedure word, which draws with the primitives below. Positions are twips,
+// measured from the origin that UstawPoczatek sets, so the two extra margins of the
+// settings move every printout together.
+class PrintEngine {
+public:
+    enum class Output { Printer, Preview };
+    using Driver = std::function<void(PrintEngine &)>;
+    using SurfaceFactory = std::function<std::unique_ptr<PrintSurface>()>;
+
+    struct Job {
+        QString procedure;
+        QVariant parameter;
+        QPageLayout::Orientation orientation = QPageLayout::Portrait;
+        Output output = Output::Printer;
+        int copies = 1;
+        bool saving = false; // the preview's "Zapisz" is re-running the driver
+    };
+
+    static PrintEngine &instance();
+
+    // Starts a job. Without a caller the copies window is asked first (the answer may
+    // turn the preview on); a job with a caller, such as the preview's own print button,
+    // goes straight to the printer with the stored copies. False when nothing was printed.
+    bool Drukuj(const QString &procedure, const QVariant &parameter,
+                QPageLayout::Orientation orientation = QPageLayout::Portrait, bool preview = false,
+                const QString &caller = QString());
+    // Runs the driver of the stored procedure word on the current surface.
+    void Wykonaj();
+    // Renders a job once more into a PDF file (the preview's "Zapisz").
+    bool saveAsPdf(const Job &job, const QString &fileName);
+
+    // The drivers by procedure word ("dprzelew", "dprzelewZus", "zbiorowka", "raport").
+    void setDriver(const QString &procedure, Driver driver);
+    // Where printer output goes: the desktop installs the CUPS printer of the settings;
+    // the command line and tests a PDF file.
+    void setPrinterFactory(SurfaceFactory factory);
+    // Shows finished preview pages (the preview window); without one the preview is dropped.
+    void setPreviewSink(std::function<void(const Job &, const QList<QPicture> &, QSizeF pageTwips)> sink);
+
+    const Job &job() const { return m_job; }
+
+    // Primitives for the drivers.
+    void UstawPoczatek(qreal x0, qreal y0);
+    void DrukTekst(const QString &text, qreal x, qreal y, bool centre = false);
+    qreal PozycjaY() const;
+    void UstawCzcionke(qreal size, bool bold = false, bool italic = false, const QString &name = QString());
+    qreal WysokoscWiersza() const;
+    qreal SzerokoscStrony() const;
+    qreal WysokoscStrony() const;
+    void KoniecStrony();
+    void DrukSlownie(Money amount, qreal x, qreal &y, qreal width);
+    void UstawOrientacje(QPageLayout::Orientation orientation);
+    // Lines and boxes, from the origin; a grey box is filled light grey.
+    void Linia(qreal x1, qreal y1, qreal x2, qreal y2, qreal width = 10);
+    void Prostokat(qreal x, qreal y, qreal w, qreal h, bool grey = false, qreal width = 10);
+    // Ends the front of a two-sided form: the page ends, the user is told to turn the
+    // sheet over with `message` (title "Druk dwustronny") and the back follows.
+    void turnOver(const QString &message = QStringLiteral("Po wydrukowaniu przełóż kartkę na drugą stronę."));
+
+    // The width of a text in the current font, in twips.
+    qreal textWidth(const QString &text) const;
+    qreal originX() const { return m_originX; }
+    qreal originY() const { return m_originY; }
+    QPainter &painter() { return m_painter; }
+    // The face the slips ask for, as this system has it: "Arial CE" is Arial (fontconfig
+    // answers with its metric twin Liberation Sans), "Courier New CE" Courier New.
+    static QString fontFamily(const QString &name);
+    // The page count of the current job so far (preview pages drawn, or printer pages).
+    int pageCount() const { return m_pageCount; }
+
+private:
+    PrintEngine();
+    bool run(PrintSurface &surface, int passes);
+    void ensurePage();
+
+    Job m_job;
+    QHash<QString, Driver> m_drivers;
+    SurfaceFactory m_printerFactory;
+    std::function<void(const Job &, const QList<QPicture> &, QSizeF)> m_previewSink;
+
+    QPainter m_painter;
+    PrintSurface *m_surface = nullptr;
+    QFont m_font;
+    qreal m_originX = 0, m_originY = 0;
+    qreal m_currentY = 0;
+    bool m_pageEnded = false;
+    int m_pageCount = 0;
+};
+
+// The engine's entry point under its usual name.
+inline bool Drukuj(const QString &procedure, const QVariant &parameter,
+                   QPageLayout::Orientation orientation = QPageLayout::Portrait, bool preview = false,
+                   const QString &caller = QString())
+{
+    return PrintEngine::instance().Drukuj(procedure, parameter, orientation, preview, caller);
+}

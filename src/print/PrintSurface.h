@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QList>
+#include <QPageLayout>
+#include <QPicture>
+#include <QSizeF>
+#include <QString>
+
+#include <memory>
+
+class QPainter;
+class QPdfWriter;
+
+// Where a printout goes: a printer, a PDF file or the preview's pages. The engine paints
+// through a QPainter whose unit is the twip (1/1440 inch) on every surface, so one layout
+// serves them all.
+class PrintSurface {
+public:
+    virtual ~PrintSurface() = default;
+
+    // Starts the first document on `painter`; false when the device cannot be opened.
+    virtual bool begin(QPainter &painter) = 0;
+    // Ends the current page and starts the next one.
+    virtual bool newPage(QPainter &painter) = 0;
+    // Ends this copy and starts the next as a document of its own (printers); a file just
+    // goes on with a new page.
+    virtual bool nextCopy(QPainter &painter) { return newPage(painter); }
+    // Ends the job.
+    virtual bool end(QPainter &painter) = 0;
+
+    // The whole page in twips, in the current orientation.
+    virtual QSizeF pageSizeTwips() const = 0;
+    // Lets the device itself make `copies` copies; false when it cannot (the engine then
+    // repeats the job).
+    virtual bool setCopyCount(int copies)
+    {
+        Q_UNUSED(copies);
+        return false;
+    }
+    // False when the device refuses the orientation.
+    virtual bool setOrientation(QPageLayout::Orientation orientation) = 0;
+    virtual bool isPreview() const { return false; }
+
+    // Scales `painter`, begun on a device of the given resolution, to twips.
+    static void useTwips(QPainter &painter, qreal dpiX, qreal dpiY);
+};
+
+// A PDF file, A4.
+class PdfSurface : public PrintSurface {
+public:
+    explicit PdfSurface(const QString &fileName, const QString &title = QString());
+    ~PdfSurface() override;
+    bool begin(QPainter &painter) override;
+    bool newPage(QPainter &painter) override;
+    bool end(QPainter &painter) override;
+    QSizeF pageSizeTwips() const override;
+    bool setOrientation(QPageLayout::Orientation orientation) override;
+
+private:
+    std::unique_ptr<QPdfWriter> m_writer;
+};
+
+// The preview's pages: one picture per page, replayed on screen at any scale.
+class PreviewSurface : public PrintSurface {
+public:
+    explicit PreviewSurface(QSizeF pageTwips = QSizeF(11906, 16838)); // A4 portrait
+    bool begin(QPainter &painter) override;
+    bool newPage(QPainter &painter) override;
+    bool end(QPainter &painter) override;
+    QSizeF pageSizeTwips() const override { return m_page; }
+    bool setOrientation(QPageLayout::Orientation orientation) override;
+    bool isPreview() const override { return true; }
+
+    const QList<QPicture> &pages() const { return m_pages; }
+
+private:
+    QSizeF m_page;
+    QList<QPicture> m_pages;
+};

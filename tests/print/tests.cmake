@@ -1,0 +1,1 @@
+zlecanki_test(tst_printengine print/tst_printengine.cpp)
