@@ -1,1 +1,2 @@
 zlecanki_test(tst_printengine print/tst_printengine.cpp)
+zlecanki_ui_test(tst_preview print/tst_preview.cpp)

@@ -1,0 +1,152 @@
+#include "PdfReader.h"
+#include "RecordingDialogs.h"
+#include "SettingsStore.h"
+#include "TestEnv.h"
+#include "print/PrintEngine.h"
+#include "print/frmDrukPreview.h"
+#include "print/frmPrintkopie.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include <memory>
+
+class TestPreview : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void pagesAndCounter();
+    void printFromPreviewAsksNothing();
+    void saveAsPdf();
+    void reportIsPrintedFromItsWindow();
+    void copiesWindow_data();
+    void copiesWindow();
+
+private:
+    std::unique_ptr<frmDrukPreview> preview(const QString &procedure);
+    QPushButton *button(QWidget *w, const char *name) { return w->findChild<QPushButton *>(QLatin1String(name)); }
+    std::unique_ptr<TestEnv> m_env;
+    int m_runs = 0;
+};
+
+void TestPreview::initTestCase()
+{
+    m_env = std::make_unique<TestEnv>();
+    for (const char *word : {"trzy", "raport"}) {
+        PrintEngine::instance().setDriver(QLatin1String(word), [this](PrintEngine &e) {
+            ++m_runs;
+            for (int page = 1; page <= 3; ++page) {
+                e.DrukTekst(QStringLiteral("Strona%1").arg(page), 1000, 1000);
+                e.KoniecStrony();
+            }
+        });
+    }
+}
+
+std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure)
+{
+    std::unique_ptr<frmDrukPreview> window;
+    PrintEngine::instance().setPreviewSink([&](const PrintEngine::Job &job, const QList<QPicture> &pages, QSizeF size) {
+        window = std::make_unique<frmDrukPreview>(job, pages, size);
+    });
+    PrintEngine::instance().Drukuj(procedure, 5, QPageLayout::Portrait, true, QStringLiteral("Test"));
+    PrintEngine::instance().setPreviewSink(nullptr);
+    if (window)
+        window->show();
+    return window;
+}
+
+void TestPreview::pagesAndCounter()
+{
+    RecordingDialogs d;
+    auto w = preview(QStringLiteral("trzy"));
+    QVERIFY(w);
+    auto *counter = w->findChild<QLabel *>(QStringLiteral("lblstrona"));
+    QCOMPARE(counter->text(), QStringLiteral("1/3"));
+    button(w.get(), "cmdmove_1")->click();
+    button(w.get(), "cmdmove_1")->click();
+    QCOMPARE(counter->text(), QStringLiteral("3/3"));
+    button(w.get(), "cmdmove_1")->click(); // past the last page: a beep, nothing else
+    QCOMPARE(counter->text(), QStringLiteral("3/3"));
+    QCOMPARE(d.beeps, 1);
+    button(w.get(), "cmdmove_0")->click();
+    QCOMPARE(counter->text(), QStringLiteral("2/3"));
+    QVERIFY(w->findChild<QWidget *>(QStringLiteral("suwakpionowy")));
+    QVERIFY(w->findChild<QWidget *>(QStringLiteral("suwakpoziomy")));
+}
+
+void TestPreview::printFromPreviewAsksNothing()
+{
+    auto w = preview(QStringLiteral("trzy"));
+    const QString path = m_env->newPath(QStringLiteral("z_podgladu.pdf"));
+    PrintEngine::instance().setPrinterFactory([path] { return std::make_unique<PdfSurface>(path); });
+    RecordingDialogs d;
+    m_runs = 0;
+    button(w.get(), "cmddrukuj")->click();
+    QCOMPARE(m_runs, 1);
+    QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
+    const PdfContent pdf = readPdf(path);
+    QCOMPARE(pdf.pages, 3);
+    QCOMPARE(pdf.text(2), QStringLiteral("Strona3"));
+}
+
+void TestPreview::saveAsPdf()
+{
+    auto w = preview(QStringLiteral("trzy"));
+    RecordingDialogs d;
+    const QString path = m_env->newPath(QStringLiteral("zapisany"));
+    d.files << path;
+    button(w.get(), "cmdzapisz")->click();
+    QCOMPARE(readPdf(path + QStringLiteral(".pdf")).text(), QStringLiteral("Strona1 Strona2 Strona3"));
+    QVERIFY(!PrintEngine::instance().job().saving);
+    // Cancelling the file choice saves nothing.
+    m_runs = 0;
+    button(w.get(), "cmdzapisz")->click();
+    QCOMPARE(m_runs, 0);
+}
+
+void TestPreview::reportIsPrintedFromItsWindow()
+{
+    auto w = preview(QStringLiteral("raport"));
+    RecordingDialogs d;
+    m_runs = 0;
+    button(w.get(), "cmddrukuj")->click();
+    QCOMPARE(m_runs, 0);
+    QVERIFY(d.saw(QStringLiteral("Wydrukuj raport z okienka 'Raporty'")));
+}
+
+void TestPreview::copiesWindow_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("tickPreview");
+    QTest::addColumn<int>("copies");
+    QTest::newRow("two copies") << "2" << false << 2;
+    QTest::newRow("preview ticked") << "1" << true << 1;
+    QTest::newRow("too many") << "999" << false << 255;
+}
+
+void TestPreview::copiesWindow()
+{
+    QFETCH(QString, typed);
+    QFETCH(bool, tickPreview);
+    QFETCH(int, copies);
+    frmPrintkopie w(4, false);
+    QCOMPARE(w.windowTitle(), QStringLiteral("Wydruk"));
+    auto *field = w.findChild<QLineEdit *>(QStringLiteral("txtkopie"));
+    QCOMPARE(field->text(), QStringLiteral("4"));
+    field->selectAll();
+    QTest::keyClicks(field, typed);
+    if (tickPreview)
+        w.findChild<QCheckBox *>(QStringLiteral("chkpodglad"))->setChecked(true);
+    QCOMPARE(w.copies(), copies);
+    QCOMPARE(w.preview(), tickPreview);
+    // What is typed is kept for the next printout.
+    QCOMPARE(SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(0),
+             copies);
+}
+
+QTEST_MAIN(TestPreview)
+#include "tst_preview.moc"
