@@ -9,6 +9,7 @@
 #include <QFontMetricsF>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -60,6 +61,7 @@ QString PrintEngine::fontFamily(const QString &name)
 bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QPageLayout::Orientation orientation,
                          bool preview, const QString &caller)
 {
+    const bool withAmount = std::exchange(m_nextWithAmount, true);
     int copies = storedCopies();
     bool previewOn = preview;
     if (caller.isEmpty()) {
@@ -70,7 +72,8 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
         previewOn = choice->preview;
         SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), copies);
     }
-    m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false};
+    m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false,
+                withAmount};
 
     if (!m_drivers.contains(procedure)) {
         dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);

@@ -31,7 +31,8 @@ public:
         QPageLayout::Orientation orientation = QPageLayout::Portrait;
         Output output = Output::Printer;
         int copies = 1;
-        bool saving = false; // the preview's "Zapisz" is re-running the driver
+        bool saving = false;      // the preview's "Zapisz" is re-running the driver
+        bool withAmount = true;   // the user answered "No" to printing the amount: false
     };
 
     static PrintEngine &instance();
@@ -42,6 +43,9 @@ public:
     bool Drukuj(const QString &procedure, const QVariant &parameter,
                 QPageLayout::Orientation orientation = QPageLayout::Portrait, bool preview = false,
                 const QString &caller = QString());
+    // Whether the next job prints the amount (the entry window asks the user); every job
+    // takes this and puts it back to true.
+    void setAmountPrinted(bool printed) { m_nextWithAmount = printed; }
     // Runs the driver of the stored procedure word on the current surface.
     void Wykonaj();
     // Renders a job once more into a PDF file (the preview's "Zapisz").
@@ -92,6 +96,7 @@ private:
     void ensurePage();
 
     Job m_job;
+    bool m_nextWithAmount = true;
     QHash<QString, Driver> m_drivers;
     SurfaceFactory m_printerFactory;
     std::function<void(const Job &, const QList<QPicture> &, QSizeF)> m_previewSink;

@@ -157,6 +157,7 @@ void frmDrukPreview::print()
         dialogs().information(QStringLiteral("Wydrukuj raport z okienka 'Raporty'"));
         return;
     }
+    PrintEngine::instance().setAmountPrinted(m_job.withAmount);
     PrintEngine::instance().Drukuj(m_job.procedure, m_job.parameter, m_job.orientation, false, QStringLiteral("Cmd"));
 }
 
