@@ -5,6 +5,7 @@
 #include "Messages.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
+#include "documents/Accounts.h"
 
 #include <QFileInfo>
 #include <QSqlQuery>
@@ -98,6 +99,7 @@ bool OpenDb(const QString &name)
     s.today = s.todayForRun.value_or(QDate::currentDate());
 
     ShowProgress(QStringLiteral("Ładuję dodatki"), 50);
+    Accounts::load(db);
     ShowProgress(QStringLiteral("Ładuję dodatki"), 70);
     ShowProgress(QStringLiteral("Sprawdzam terminowe"), 80);
     ShowProgress(QStringLiteral("Sprawdzam terminowe"), 100);

@@ -9,6 +9,8 @@
 #include "StartupSettings.h"
 #include "DateText.h"
 #include "db/FirmDatabase.h"
+#include "documents/frmKontrahenci.h"
+#include "documents/frmfirma.h"
 #include "frmFirmaOpen.h"
 #include "frmglowna_img.h"
 #include "frmhotline.h"
@@ -124,7 +126,11 @@ void frmglowna::buildMenus()
     system->menuAction()->setObjectName(QStringLiteral("mnusystembar"));
     addCommand(system, QStringLiteral("mnufirmabiz"), QStringLiteral("Nowa firma"), [this] { newFirm(); });
     addCommand(system, QStringLiteral("mnuopen"), QStringLiteral("Otwórz firmę..."), [this] { openFirmWindow(); });
-    m_firmActions << addCommand(system, QStringLiteral("mnufirmadane"), QStringLiteral("Dane firmy"));
+    m_firmActions << addCommand(system, QStringLiteral("mnufirmadane"), QStringLiteral("Dane firmy"), [this] {
+        auto *window = new frmfirma;
+        connect(window, &frmfirma::saved, this, &frmglowna::LoadFirma);
+        showChild(window);
+    });
     m_firmActions << addCommand(system, QStringLiteral("mnuImportWin"), QStringLiteral("Import danych"));
     m_firmActions << addCommand(system, QStringLiteral("mnuclosedb"), QStringLiteral("Zamknij firmę"), [this] { CloseDB(); });
     addSeparator(system, QStringLiteral("mnusep7"));
@@ -163,7 +169,7 @@ void frmglowna::buildMenus()
     QMenu *dicts = bar->addMenu(QStringLiteral("Słowniki"));
     dicts->setObjectName(QStringLiteral("mnuslownikibar"));
     dicts->menuAction()->setObjectName(QStringLiteral("mnuslownikibar"));
-    addCommand(dicts, QStringLiteral("mnukontrahenci"), QStringLiteral("Kontrahenci"));
+    addCommand(dicts, QStringLiteral("mnukontrahenci"), QStringLiteral("Kontrahenci"), [this] { showChild(new frmKontrahenci); });
     addCommand(dicts, QStringLiteral("mnuzaplat"), QStringLiteral("Zapłaty terminowe"));
     m_firmActions << dicts->menuAction();
 

@@ -2,10 +2,15 @@
 
 #include "Structure.h"
 
+#include <QCollator>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+
+#include <sqlite3.h>
 
 namespace FirmDatabase {
 
@@ -19,6 +24,51 @@ bool writable(const QFileInfo &fi)
     // SQLite writes its journal beside the file.
     const QFileInfo dir(fi.absolutePath());
     return dir.isWritable() && (dir.permissions() & QFileDevice::WriteOwner);
+}
+
+QString textOf(sqlite3_value *value)
+{
+    // sqlite3_value_text before sqlite3_value_bytes: the byte count is that of the UTF-8 text.
+    const auto *data = reinterpret_cast<const char *>(sqlite3_value_text(value));
+    return QString::fromUtf8(data, sqlite3_value_bytes(value));
+}
+
+// zawiera(text, part): 1 when `part` stands anywhere in `text`, letter case ignored for
+// every letter, Polish ones included ("łódź" finds "ŁÓDŹ"), which SQLite's LIKE and lower()
+// cannot do (they fold ASCII only). No character of `part` is a wildcard. Null gives 0.
+void containsIgnoringCase(sqlite3_context *context, int argc, sqlite3_value **argv)
+{
+    if (argc != 2 || sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) {
+        sqlite3_result_int(context, 0);
+        return;
+    }
+    const QString text = textOf(argv[0]).toCaseFolded();
+    const QString part = textOf(argv[1]).toCaseFolded();
+    sqlite3_result_int(context, text.contains(part) ? 1 : 0);
+}
+
+// The collation "polski": names in the order of the Polish alphabet ("Łódź" after "Lublin",
+// not after "Zabrze" as byte order would have it).
+int comparePolish(void *, int leftLength, const void *left, int rightLength, const void *right)
+{
+    static const QCollator collator{QLocale(QLocale::Polish, QLocale::Poland)};
+    const int order = collator.compare(QString::fromUtf8(static_cast<const char *>(left), leftLength),
+                                       QString::fromUtf8(static_cast<const char *>(right), rightLength));
+    return order < 0 ? -1 : (order > 0 ? 1 : 0);
+}
+
+// Gives an open connection the function and collation the program's queries use.
+void registerFunctions(const QSqlDatabase &db)
+{
+    const QVariant handle = db.driver()->handle();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return;
+    sqlite3 *sqlite = *static_cast<sqlite3 *const *>(handle.constData());
+    if (!sqlite)
+        return;
+    sqlite3_create_function_v2(sqlite, "zawiera", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                               containsIgnoringCase, nullptr, nullptr, nullptr);
+    sqlite3_create_collation_v2(sqlite, "polski", SQLITE_UTF8, nullptr, comparePolish, nullptr);
 }
 
 QSqlDatabase addConnection(const QString &path, const QString &connection, bool readOnly)
@@ -59,6 +109,7 @@ std::optional<QSqlDatabase> open(const QString &path, const QString &connection,
         if (!db.open())
             return QStringLiteral("Nie można otworzyć bazy danych firmy:\n") + shown + QLatin1Char('\n') +
                    db.lastError().text();
+        registerFunctions(db);
         QSqlQuery q(db);
         if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")))
             return QStringLiteral("Plik nie jest bazą danych firmy (uszkodzony albo innego rodzaju):\n") + shown;
@@ -108,6 +159,7 @@ bool create(const QString &path, QString *error)
                 *error = QStringLiteral("Nie można utworzyć bazy danych firmy:\n") +
                          QDir::toNativeSeparators(fi.absoluteFilePath()) + QLatin1Char('\n') + db.lastError().text();
         } else {
+            registerFunctions(db);
             QString why;
             ok = Structure::CreateDatabase(db, &why);
             if (ok)

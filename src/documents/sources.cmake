@@ -1,0 +1,15 @@
+list(APPEND CORE_SOURCES
+  documents/Accounts.cpp
+  documents/ChoiceLists.cpp
+  documents/ContractorStore.cpp
+  documents/DocumentKinds.cpp
+  documents/DocumentStore.cpp
+  documents/FirmData.cpp
+  documents/Transaction.cpp
+)
+list(APPEND UI_SOURCES
+  documents/WindowFields.cpp
+  documents/frmKontrahenci.cpp
+  documents/frmSzukaj.cpp
+  documents/frmfirma.cpp
+)

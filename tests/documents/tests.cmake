@@ -1,0 +1,2 @@
+zlecanki_test(tst_documents documents/tst_documents.cpp)
+zlecanki_ui_test(tst_documentwindows documents/tst_documentwindows.cpp)
