@@ -15,6 +15,7 @@
 #include "frmglowna_img.h"
 #include "frmhotline.h"
 #include "frmo.h"
+#include "WindowUtil.h"
 
 #include <QAction>
 #include <QApplication>
@@ -58,6 +59,7 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("frmglowna"));
     setWindowTitle(Title);
+    setWindowIcon(programIcon());
     resize(1024, 720);
 
     m_mdi = new QMdiArea(this);
