@@ -1,0 +1,1 @@
+zlecanki_test(tst_elixir exchange/tst_elixir.cpp)
