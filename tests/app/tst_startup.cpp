@@ -1,6 +1,5 @@
 #include "TestEnv.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTest>
@@ -17,14 +16,11 @@ private Q_SLOTS:
     void cleanup();
     void firstStartCreatesDefaultFirm();
     void secondCopyRefused();
-    void lockOfCrashedCopyTakenOver();
-    void wrongOptionsRefused_data();
-    void wrongOptionsRefused();
-    void automationStartShowsNothing();
+    void wrongOptionRefused();
 
 private:
     void startFirst();
-    QProcess *run(const QStringList &args);
+    QProcess *run(const QStringList &args, QProcess *p = nullptr);
     std::unique_ptr<TestEnv> m_env;
     QProcess m_first;
     QProcess m_second;
@@ -46,22 +42,21 @@ void TestStartup::cleanup()
     }
 }
 
-QProcess *TestStartup::run(const QStringList &args)
+// Starts the program as a user would, its messages on standard error.
+QProcess *TestStartup::run(const QStringList &args, QProcess *p)
 {
+    if (!p)
+        p = &m_second;
     QProcessEnvironment env = m_env->processEnvironment();
     env.insert(QStringLiteral("ZLECANKI_DIALOGS"), QStringLiteral("console"));
-    m_second.setProcessEnvironment(env);
-    m_second.start(programPath(), args);
-    return &m_second;
+    p->setProcessEnvironment(env);
+    p->start(programPath(), args);
+    return p;
 }
 
 void TestStartup::startFirst()
 {
-    QProcessEnvironment env = m_env->processEnvironment();
-    env.insert(QStringLiteral("ZLECANKI_DIALOGS"), QStringLiteral("console"));
-    m_first.setProcessEnvironment(env);
-    m_first.start(programPath(), {});
-    QVERIFY(m_first.waitForStarted(10000));
+    QVERIFY(run({}, &m_first)->waitForStarted(10000));
     // The first copy holds its lock once its firm is open.
     const QString firm = m_env->dataHome() + QStringLiteral("/Kontorian/bazy/standardowa.zlc");
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(firm) && QFile::exists(m_env->runtimeDir() + QStringLiteral("/zlecanki.lock")),
@@ -88,51 +83,27 @@ void TestStartup::secondCopyRefused()
     QVERIFY(QString::fromLocal8Bit(p->readAllStandardError())
                 .contains(QStringLiteral("Nie można uruchomić drugiej kopii programu")));
     QCOMPARE(m_first.state(), QProcess::Running);
+    // An automation start is not stopped by it, and shows nothing.
+    p = run({QStringLiteral("--automation")});
+    QVERIFY(p->waitForFinished(20000));
+    QCOMPARE(p->exitCode(), 0);
+    QVERIFY(p->readAllStandardError().isEmpty());
 
-    // Once the first copy is gone, the program starts again.
-    m_first.kill();
+    // The first copy crashes, leaving its lock behind: the program starts again all the same.
+    ::kill(pid_t(m_first.processId()), SIGKILL);
     QVERIFY(m_first.waitForFinished(5000));
+    QVERIFY(QFile::exists(m_env->runtimeDir() + QStringLiteral("/zlecanki.lock")));
     p = run({QStringLiteral("--zamknij-po-starcie")});
     QVERIFY(p->waitForFinished(20000));
     QCOMPARE(p->exitCode(), 0);
 }
 
-void TestStartup::lockOfCrashedCopyTakenOver()
+void TestStartup::wrongOptionRefused()
 {
-    startFirst();
-    ::kill(pid_t(m_first.processId()), SIGKILL);
-    QVERIFY(m_first.waitForFinished(5000));
-    QVERIFY(QFile::exists(m_env->runtimeDir() + QStringLiteral("/zlecanki.lock")));
-    QProcess *p = run({QStringLiteral("--zamknij-po-starcie")});
-    QVERIFY(p->waitForFinished(20000));
-    QCOMPARE(p->exitCode(), 0);
-}
-
-void TestStartup::wrongOptionsRefused_data()
-{
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("bad working date") << QStringList{"--dzis", "30-02-2026"} << "Nieprawidłowa data";
-    QTest::newRow("unknown option") << QStringList{"--kolor"} << "Nieznana opcja";
-}
-
-void TestStartup::wrongOptionsRefused()
-{
-    QFETCH(QStringList, args);
-    QFETCH(QString, message);
-    QProcess *p = run(args);
+    QProcess *p = run({QStringLiteral("--dzis"), QStringLiteral("30-02-2026")});
     QVERIFY(p->waitForFinished(20000));
     QCOMPARE(p->exitCode(), 2);
-    QVERIFY(QString::fromLocal8Bit(p->readAllStandardError()).contains(message));
-}
-
-void TestStartup::automationStartShowsNothing()
-{
-    startFirst(); // an interactive copy does not stop the automation start
-    QProcess *p = run({QStringLiteral("--automation")});
-    QVERIFY(p->waitForFinished(20000));
-    QCOMPARE(p->exitCode(), 0);
-    QVERIFY(p->readAllStandardError().isEmpty());
+    QVERIFY(QString::fromLocal8Bit(p->readAllStandardError()).contains(QStringLiteral("Nieprawidłowa data")));
 }
 
 QTEST_GUILESS_MAIN(TestStartup)

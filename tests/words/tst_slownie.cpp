@@ -52,11 +52,8 @@ Reading readBack(const QString &wording)
     static const QHash<QString, Form> zlote = {{"złoty", Form::One}, {"złote", Form::Few}, {"złotych", Form::Many}};
     static const QHash<QString, Form> grosze = {{"grosz", Form::One}, {"grosze", Form::Few}, {"groszy", Form::Many}};
 
-    Reading r;
-    if (wording.isEmpty()) {
-        r.grosze = 0;
-        return r;
-    }
+    if (wording.isEmpty())
+        return {0, {}};
     if (wording != wording.trimmed() || wording.contains(QStringLiteral("  ")) || wording.contains(QStringLiteral("zero")))
         return {-1, QStringLiteral("blanks or zero")};
     qint64 total = 0, group = 0, lastScale = 0;
@@ -80,16 +77,14 @@ Reading readBack(const QString &wording)
         } else if (grosze.contains(word)) {
             if (group == 0 || group > 99 || expectedForm(group) != grosze[word])
                 return {-1, QStringLiteral("grosze word ") + word};
-            r.grosze = total * 100 + group;
-            return r;
+            return {total * 100 + group, {}};
         } else {
             return {-1, QStringLiteral("unknown word ") + word};
         }
     }
     if (group != 0 || !seenZlote)
         return {-1, QStringLiteral("dangling number")};
-    r.grosze = total * 100;
-    return r;
+    return {total * 100, {}};
 }
 
 } // namespace
@@ -99,8 +94,6 @@ class TestSlownie : public QObject {
 private Q_SLOTS:
     void wording_data();
     void wording();
-    void wordTable_data();
-    void wordTable();
     void randomAmountsReadBack();
     void overLimitToldAndGivenInDigits_data();
     void overLimitToldAndGivenInDigits();
@@ -117,25 +110,14 @@ void TestSlownie::wording_data()
     QTest::newRow("zero") << "0,00" << "";
     QTest::newRow("below half a grosz") << "0,0049" << "";
     QTest::newRow("half a grosz rounds up") << "0,005" << "jeden grosz";
-    QTest::newRow("one grosz") << "0,01" << "jeden grosz";
-    QTest::newRow("two grosze") << "0,02" << "dwa grosze";
-    QTest::newRow("fifty grosze") << "0,50" << "pięćdziesiąt groszy";
     QTest::newRow("0.125 rounds to 0.13") << "0,125" << "trzynaście groszy";
-    QTest::newRow("one złoty") << "1,00" << "jeden złoty";
     QTest::newRow("2.05") << "2,05" << "dwa złote pięć groszy";
     QTest::newRow("twelve") << "12,00" << "dwanaście złotych";
-    QTest::newRow("21.22") << "21,22" << "dwadzieścia jeden złotych dwadzieścia dwa grosze";
     QTest::newRow("22") << "22,00" << "dwadzieścia dwa złote";
-    QTest::newRow("100") << "100" << "sto złotych";
     QTest::newRow("112.13 keeps the slips' form") << "112,13" << "sto dwanaście złote trzynaście groszy";
-    QTest::newRow("1000") << "1000,00" << "jeden tysiąc złotych";
     QTest::newRow("1001") << "1001" << "jeden tysiąc jeden złoty";
-    QTest::newRow("2000") << "2000" << "dwa tysiące złotych";
-    QTest::newRow("12000") << "12000" << "dwanaście tysięcy złotych";
     QTest::newRow("213000 keeps the slips' form") << "213000" << "dwieście trzynaście tysiące złotych";
-    QTest::newRow("1 000 001") << "1 000 001,00" << "jeden milion jeden złoty";
     QTest::newRow("2 500 000.50") << "2 500 000,50" << "dwa miliony pięćset tysięcy złotych pięćdziesiąt groszy";
-    QTest::newRow("milliard") << "1000000000" << "jeden miliard złotych";
     QTest::newRow("1 234 567 890.99")
         << "1 234 567 890,99"
         << "jeden miliard dwieście trzydzieści cztery miliony pięćset sześćdziesiąt siedem tysięcy osiemset "
@@ -155,42 +137,6 @@ void TestSlownie::wording()
     RecordingDialogs d;
     QCOMPARE(Slownie(*Money::parse(amount)), words);
     QVERIFY(d.calls.isEmpty());
-}
-
-void TestSlownie::wordTable_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("word");
-    QTest::newRow("unit 0") << 0 << 0 << "";
-    QTest::newRow("unit 9") << 0 << 9 << "dziewięć";
-    QTest::newRow("teen 11") << 0 << 11 << "jedenaście";
-    QTest::newRow("teen 14") << 0 << 14 << "czternaście";
-    QTest::newRow("teen 19") << 0 << 19 << "dziewiętnaście";
-    QTest::newRow("unit 20") << 0 << 20 << "zero";
-    QTest::newRow("unit 21") << 0 << 21 << "jeden";
-    QTest::newRow("unit 22") << 0 << 22 << "";
-    QTest::newRow("tens 4") << 1 << 4 << "czterdzieści";
-    QTest::newRow("tens 6") << 1 << 6 << "sześćdziesiąt";
-    QTest::newRow("hundreds 2") << 2 << 2 << "dwieście";
-    QTest::newRow("grosze 1") << 3 << 1 << "groszy";
-    QTest::newRow("grosze 20") << 3 << 20 << "groszy";
-    QTest::newRow("złote 3") << 4 << 3 << "złote";
-    QTest::newRow("złote 21") << 4 << 21 << "złoty";
-    QTest::newRow("thousands 20") << 5 << 20 << "";
-    QTest::newRow("thousands 0") << 5 << 0 << "tysięcy";
-    QTest::newRow("millions 4") << 6 << 4 << "miliony";
-    QTest::newRow("milliards 21") << 7 << 21 << "miliard";
-    QTest::newRow("kind 8") << 8 << 1 << "";
-    QTest::newRow("negative code") << 4 << -1 << "";
-}
-
-void TestSlownie::wordTable()
-{
-    QFETCH(int, kind);
-    QFETCH(int, code);
-    QFETCH(QString, word);
-    QCOMPARE(Slowo(kind, code), word);
 }
 
 void TestSlownie::randomAmountsReadBack()
@@ -243,7 +189,6 @@ void TestSlownie::wrapping_data()
     QTest::newRow("broken at blanks")
         << "sto dwanaście złote trzynaście groszy" << qreal(1500)
         << QStringList{"sto dwanaście", "złote", "trzynaście", "groszy"} << false;
-    QTest::newRow("exactly a line then more") << "aaaa bbbb cccc" << qreal(900) << QStringList{"aaaa bbbb", "cccc"} << false;
     QTest::newRow("blank right at the limit") << "aaaa bbbb" << qreal(450) << QStringList{"aaaa", "bbbb"} << false;
     QTest::newRow("word longer than a line") << "dziewięćdziesiąt groszy" << qreal(500)
                                              << QStringList{"dziew", "ięćdz", "iesią", "t", "grosz"} << true;
@@ -280,7 +225,6 @@ void TestSlownie::commandLine_data()
     QTest::newRow("postal code ok") << QStringList{"sprawdz", "kodpoczt", "00-950"} << 0 << "OK\n";
     QTest::newRow("postal code wrong") << QStringList{"sprawdz", "kodpoczt", "00-9a0"} << 1
                                        << "'00-9a0' nie jest kodem pocztowym.\nNiedopuszczalny znak\n";
-    QTest::newRow("date wrong") << QStringList{"sprawdz", "data", "29-02-2023"} << 1 << "'29-02-2023' nie jest datą.\n";
     QTest::newRow("unknown kind") << QStringList{"sprawdz", "regon", "1"} << 2 << "";
 }
 
