@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 #include "Main.h"
 #include "Version.h"
+#include "print/PrintCommand.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -14,7 +15,17 @@ int main(int argc, char **argv)
     for (int i = 0; i < argc; ++i)
         args << QString::fromLocal8Bit(argv[i]);
 
+    registerPrintCommand();
     if (CommandLine::isCommand(args)) {
+        if (CommandLine::needsApplication(args)) {
+            // Printing needs the GUI classes but no screen: headless unless told otherwise.
+            if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+                qputenv("QT_QPA_PLATFORM", "offscreen");
+            QApplication app(argc, argv);
+            QApplication::setApplicationName(QStringLiteral("Zlecanki"));
+            QApplication::setOrganizationName(QStringLiteral("Kontorian"));
+            return CommandLine::run(args).value_or(2);
+        }
         QCoreApplication app(argc, argv);
         return CommandLine::run(args).value_or(2);
     }

@@ -94,7 +94,13 @@ int checkField(const QStringList &args)
     return 1;
 }
 
-const QList<Command> &commands()
+QList<Command> &addedCommands()
+{
+    static QList<Command> list;
+    return list;
+}
+
+const QList<Command> &builtInCommands()
 {
     static const QList<Command> list = {
         {QStringLiteral("nowa-firma"), QStringLiteral("nowa-firma PLIK"),
@@ -111,7 +117,46 @@ const QList<Command> &commands()
     return list;
 }
 
+QList<Command> commands()
+{
+    return builtInCommands() + addedCommands();
+}
+
+const Command *findCommand(const QStringList &args)
+{
+    if (args.size() < 2)
+        return nullptr;
+    const QList<Command> *lists[] = {&builtInCommands(), &addedCommands()};
+    for (const QList<Command> *list : lists)
+        for (const Command &c : *list)
+            if (c.name == args.at(1))
+                return &c;
+    return nullptr;
+}
+
 } // namespace
+
+void addCommand(const QString &name, const QString &synopsis, const QString &description, Handler handler)
+{
+    QList<Command> &added = addedCommands();
+    for (Command &c : added) {
+        if (c.name == name) {
+            c = Command{name, synopsis, description, std::move(handler)};
+            return;
+        }
+    }
+    added.append(Command{name, synopsis, description, std::move(handler)});
+}
+
+bool needsApplication(const QStringList &args)
+{
+    if (args.size() < 2)
+        return false;
+    for (const Command &c : addedCommands())
+        if (c.name == args.at(1))
+            return true;
+    return false;
+}
 
 QString usage()
 {
@@ -149,10 +194,7 @@ bool isCommand(const QStringList &args)
     if (first == QLatin1String("-h") || first == QLatin1String("--help") || first == QLatin1String("-v") ||
         first == QLatin1String("--version"))
         return true;
-    for (const Command &c : commands())
-        if (c.name == first)
-            return true;
-    return false;
+    return findCommand(args) != nullptr;
 }
 
 std::optional<int> run(const QStringList &args)
@@ -168,11 +210,9 @@ std::optional<int> run(const QStringList &args)
         out(QStringLiteral("zlecanki ") + QLatin1String(ZLECANKI_VERSION));
         return 0;
     }
-    for (const Command &c : commands()) {
-        if (c.name == first) {
-            initPaths();
-            return c.run(args.mid(2));
-        }
+    if (const Command *c = findCommand(args)) {
+        initPaths();
+        return c->run(args.mid(2));
     }
     return std::nullopt;
 }

@@ -9,6 +9,7 @@
 #include "frmglowna.h"
 #include "frmstart.h"
 #include "print/PrinterSurface.h"
+#include "print/SlipDrivers.h"
 #include "print/frmDrukPreview.h"
 
 #include <QApplication>
@@ -51,6 +52,7 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
                                      &frmstart::showProgress);
     frmglowna main;
     PrintEngine &engine = PrintEngine::instance();
+    registerSlipDrivers();
     engine.setPrinterFactory([]() -> std::unique_ptr<PrintSurface> {
         auto printer = std::make_unique<PrinterSurface>();
         if (!printer->isValid())

@@ -62,7 +62,8 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
                          bool preview, const QString &caller)
 {
     const bool withAmount = std::exchange(m_nextWithAmount, true);
-    int copies = storedCopies();
+    const std::optional<int> givenCopies = std::exchange(m_nextCopies, std::nullopt);
+    int copies = caller.isEmpty() || !givenCopies ? storedCopies() : qBound(1, *givenCopies, 255);
     bool previewOn = preview;
     if (caller.isEmpty()) {
         const auto choice = dialogs().printCopies(copies, preview);
@@ -73,7 +74,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
         SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), copies);
     }
     m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false,
-                withAmount};
+                withAmount, {}};
 
     if (!m_drivers.contains(procedure)) {
         dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);
@@ -110,18 +111,11 @@ bool PrintEngine::saveAsPdf(const Job &job, const QString &fileName)
 bool PrintEngine::run(PrintSurface &surface, int passes)
 {
     m_surface = &surface;
+    m_begun = m_copyPending = m_failed = false;
+    m_pageCount = 0;
     UstawOrientacje(m_job.orientation);
-    if (!surface.begin(m_painter)) {
-        m_surface = nullptr;
-        dialogs().exclamation(Msg(80), Msg(51));
-        return false;
-    }
-    m_pageCount = 1;
-    for (int pass = 0; pass < passes; ++pass) {
-        if (pass > 0) {
-            surface.nextCopy(m_painter);
-            ++m_pageCount;
-        }
+    for (int pass = 0; pass < passes && !m_failed; ++pass) {
+        m_copyPending = pass > 0;
         m_pageEnded = false;
         m_originX = m_originY = m_currentY = 0;
         m_font = QFont(fontFamily(appState().fontPrinter));
@@ -129,11 +123,17 @@ bool PrintEngine::run(PrintSurface &surface, int passes)
         m_font.setBold(false);
         m_font.setItalic(false);
         m_font.setUnderline(false);
-        m_painter.setFont(m_font);
+        if (m_painter.isActive())
+            m_painter.setFont(m_font);
         Wykonaj();
     }
-    const bool ok = surface.end(m_painter);
+    // A driver that drew nothing still gives the preview or the file its one blank page;
+    // a printer is not sent an empty sheet.
+    if (!m_begun && !m_failed && surface.keepsEmptyJob())
+        ensurePage();
+    const bool ok = !m_failed && (!m_begun || surface.end(m_painter));
     m_surface = nullptr;
+    m_begun = false;
     return ok;
 }
 
@@ -147,14 +147,28 @@ void PrintEngine::Wykonaj()
     (*it)(*this);
 }
 
-void PrintEngine::ensurePage()
+bool PrintEngine::ensurePage()
 {
-    if (!m_pageEnded || !m_surface)
-        return;
-    m_surface->newPage(m_painter);
+    if (!m_surface || m_failed)
+        return false;
+    if (!m_begun) {
+        if (!m_surface->begin(m_painter)) {
+            m_failed = true;
+            dialogs().exclamation(Msg(80), Msg(51));
+            return false;
+        }
+        m_begun = true;
+    } else if (m_copyPending) {
+        m_surface->nextCopy(m_painter);
+    } else if (m_pageEnded) {
+        m_surface->newPage(m_painter);
+    } else {
+        return true;
+    }
     m_painter.setFont(m_font);
     ++m_pageCount;
-    m_pageEnded = false;
+    m_pageEnded = m_copyPending = false;
+    return true;
 }
 
 void PrintEngine::UstawPoczatek(qreal x0, qreal y0)
@@ -166,7 +180,8 @@ void PrintEngine::UstawPoczatek(qreal x0, qreal y0)
 
 void PrintEngine::DrukTekst(const QString &text, qreal x, qreal y, bool centre)
 {
-    ensurePage();
+    if (!ensurePage())
+        return;
     const QFontMetricsF fm(m_font);
     const qreal left = m_originX + x - (centre ? fm.horizontalAdvance(text) / 2 : 0);
     const qreal top = m_originY + y;
@@ -187,7 +202,8 @@ void PrintEngine::UstawCzcionke(qreal size, bool bold, bool italic, const QStrin
     m_font.setPixelSize(qMax(1, qRound(size * 20)));
     m_font.setBold(bold);
     m_font.setItalic(italic);
-    m_painter.setFont(m_font);
+    if (m_painter.isActive())
+        m_painter.setFont(m_font);
 }
 
 qreal PrintEngine::WysokoscWiersza() const
@@ -244,14 +260,16 @@ void PrintEngine::UstawOrientacje(QPageLayout::Orientation orientation)
 
 void PrintEngine::Linia(qreal x1, qreal y1, qreal x2, qreal y2, qreal width)
 {
-    ensurePage();
+    if (!ensurePage())
+        return;
     m_painter.setPen(QPen(Qt::black, width));
     m_painter.drawLine(QPointF(m_originX + x1, m_originY + y1), QPointF(m_originX + x2, m_originY + y2));
 }
 
 void PrintEngine::Prostokat(qreal x, qreal y, qreal w, qreal h, bool grey, qreal width)
 {
-    ensurePage();
+    if (!ensurePage())
+        return;
     m_painter.setPen(QPen(Qt::black, width));
     m_painter.setBrush(grey ? QBrush(QColor(225, 225, 225)) : QBrush(Qt::NoBrush));
     m_painter.drawRect(QRectF(m_originX + x, m_originY + y, w, h));

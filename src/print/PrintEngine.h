@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 // Every printout goes through this engine: a job is named by a procedure word and one
 // parameter (usually a document's Id). The engine asks for copies, picks the surface
@@ -33,6 +34,9 @@ public:
         int copies = 1;
         bool saving = false;      // the preview's "Zapisz" is re-running the driver
         bool withAmount = true;   // the user answered "No" to printing the amount: false
+        // What the user answered while the driver ran (the arrangement of a slip's parts),
+        // so that a repeated copy or the preview's "Zapisz" does not ask again.
+        QVariantMap answers;
     };
 
     static PrintEngine &instance();
@@ -46,6 +50,9 @@ public:
     // Whether the next job prints the amount (the entry window asks the user); every job
     // takes this and puts it back to true.
     void setAmountPrinted(bool printed) { m_nextWithAmount = printed; }
+    // The copies of the next job started with a caller, instead of the stored count (the
+    // command line's own count, which must not change the user's setting).
+    void setNextCopies(int copies) { m_nextCopies = copies; }
     // Runs the driver of the stored procedure word on the current surface.
     void Wykonaj();
     // Renders a job once more into a PDF file (the preview's "Zapisz").
@@ -60,6 +67,9 @@ public:
     void setPreviewSink(std::function<void(const Job &, const QList<QPicture> &, QSizeF pageTwips)> sink);
 
     const Job &job() const { return m_job; }
+    // A driver's answer kept for the rest of the job (see Job::answers).
+    QVariant answer(const QString &key) const { return m_job.answers.value(key); }
+    void setAnswer(const QString &key, const QVariant &value) { m_job.answers.insert(key, value); }
 
     // Primitives for the drivers.
     void UstawPoczatek(qreal x0, qreal y0);
@@ -93,10 +103,11 @@ public:
 private:
     PrintEngine();
     bool run(PrintSurface &surface, int passes);
-    void ensurePage();
+    bool ensurePage();
 
     Job m_job;
     bool m_nextWithAmount = true;
+    std::optional<int> m_nextCopies;
     QHash<QString, Driver> m_drivers;
     SurfaceFactory m_printerFactory;
     std::function<void(const Job &, const QList<QPicture> &, QSizeF)> m_previewSink;
@@ -107,6 +118,11 @@ private:
     qreal m_originX = 0, m_originY = 0;
     qreal m_currentY = 0;
     bool m_pageEnded = false;
+    // The device is opened by the first drawing, so that a driver can still choose the
+    // orientation of its first page; a copy after the first opens the same way.
+    bool m_begun = false;
+    bool m_copyPending = false;
+    bool m_failed = false;
     int m_pageCount = 0;
 };
 

@@ -40,6 +40,9 @@ public:
     // False when the device refuses the orientation.
     virtual bool setOrientation(QPageLayout::Orientation orientation) = 0;
     virtual bool isPreview() const { return false; }
+    // Whether a job that drew nothing still makes one blank page (a file or the preview
+    // does; a sheet of paper is not wasted).
+    virtual bool keepsEmptyJob() const { return isPreview(); }
 
     // Scales `painter`, begun on a device of the given resolution, to twips.
     static void useTwips(QPainter &painter, qreal dpiX, qreal dpiY);
@@ -55,6 +58,7 @@ public:
     bool end(QPainter &painter) override;
     QSizeF pageSizeTwips() const override;
     bool setOrientation(QPageLayout::Orientation orientation) override;
+    bool keepsEmptyJob() const override { return true; }
 
 private:
     std::unique_ptr<QPdfWriter> m_writer;

@@ -1,6 +1,12 @@
 list(APPEND CORE_SOURCES
   print/PrintEngine.cpp
   print/PrintSurface.cpp
+  print/Slip.cpp
+  print/BankSlips.cpp
+  print/ZusSlip.cpp
+  print/PostalSlips.cpp
+  print/CollectiveStatement.cpp
+  print/SlipDrivers.cpp
 )
 list(APPEND UI_SOURCES
   print/frmPrintkopie.cpp
@@ -10,4 +16,7 @@ list(APPEND UI_SOURCES
 )
 list(APPEND UI_SOURCES
   print/PrinterSurface.cpp
+)
+list(APPEND UI_SOURCES
+  print/PrintCommand.cpp
 )

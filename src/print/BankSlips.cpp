@@ -1,0 +1,237 @@
+// The bank transfer / cash deposit form, the simplified slip and the tax transfer form.
+#include "DocumentSlips.h"
+
+#include "AppState.h"
+#include "PrintEngine.h"
+#include "SlipLayouts.h"
+#include "documents/ChoiceLists.h"
+
+using namespace SlipLayouts;
+using Slip::Align;
+using Slip::Pen;
+
+namespace {
+
+constexpr int RowBoxes = 27;
+constexpr int RowChars = 2 * RowBoxes; // two characters to a box
+
+int partCount()
+{
+    return appState().czteryOdcinki != 0 ? 4 : 2;
+}
+
+QStringList titleRows(const QString &title)
+{
+    const QStringList words = title.simplified().split(QLatin1Char(' '));
+    return Slip::boxRows(RowBoxes, [&](int width, bool *fits) {
+        return Slip::packRows(words, 2, width, QStringLiteral(" "), fits);
+    });
+}
+
+QStringList nameRows(const QStringList &name, const QStringList &address)
+{
+    return Slip::boxRows(
+        RowBoxes, [&](int width, bool *fits) { return Slip::nameAndAddress(name, address, width, fits); });
+}
+
+// The parts of the form: its title, the part's label and the frame to cut along.
+void partHeader(const Pen &pen, const SlipRecords &r, const QString &partLabel, qreal right, qreal labelY)
+{
+    pen.border(0, 0, Slip::PartWidth, Slip::PartHeight);
+    const Label &title = Bank.title;
+    pen.caption(r.cashDeposit() ? QStringLiteral("Wpłata gotówkowa") : QStringLiteral("Polecenie przelewu"),
+                title.x, title.y, title.size, title.bold);
+    pen.captionRight(partLabel, right, labelY);
+}
+
+// The amount row (W/P, currency, amount in its boxes) and the amount in words.
+void amountRows(const Pen &pen, const SlipRecords &r, qreal wpY, const Boxes &currency, const Boxes &amount,
+                const Frame &words)
+{
+    pen.wpMarks(Left, wpY, Slip::NumberRowBox, r.cashDeposit());
+    pen.boxed(currency, QStringLiteral("PLN"));
+    pen.boxes(amount);
+    if (pen.withAmount)
+        pen.fill(amount, Slip::boxAmount(r.doc.wartosc), Align::Right);
+    pen.frame(words);
+    pen.words(r.doc.wartosc, words.x + 60, words.y + 10, words.w - 120, words.h - 20);
+}
+
+struct TaxFields {
+    QString identifier, identifierType, period, symbol, identification;
+};
+
+// The tax liability as the tax form prints it: the firm's identifier (its NIP when it has
+// named no other) and the period as year, type and number ("23M01").
+TaxFields taxFields(const SlipRecords &r)
+{
+    TaxFields f;
+    f.identifier = r.firm.identPod.trimmed();
+    f.identifierType = ChoiceLists::letterAt(ChoiceLists::taxIdentifierTypes(), r.firm.typIdentPod);
+    if (f.identifier.isEmpty() && (f.identifierType.isEmpty() || f.identifierType == QLatin1String("N"))) {
+        f.identifier = Slip::digitsOnly(r.firm.nip);
+        if (!f.identifier.isEmpty())
+            f.identifierType = QStringLiteral("N");
+    }
+    const QString year = ChoiceLists::itemAt(ChoiceLists::taxYears(), r.doc.pod.rok).right(2);
+    QString number = r.doc.pod.nrOkresu.trimmed();
+    if (number.size() == 1 && number.at(0).isDigit())
+        number.prepend(QLatin1Char('0'));
+    f.period = year + ChoiceLists::letterAt(ChoiceLists::taxPeriodTypes(), r.doc.pod.typOkresu) + number;
+    f.symbol = r.doc.pod.symbol.trimmed();
+    f.identification = r.doc.pod.identyfikacja.trimmed();
+    return f;
+}
+
+void drawTaxFieldBlock(const Pen &pen, const SlipRecords &r)
+{
+    const TaxFields f = taxFields(r);
+    pen.boxed(TaxFieldsOnBank.identifier, f.identifier);
+    pen.boxed(TaxFieldsOnBank.identifierType, f.identifierType);
+    pen.boxed(TaxFieldsOnBank.period, f.period);
+    pen.boxed(TaxFieldsOnBank.symbol, f.symbol);
+    pen.boxed(TaxFieldsOnBank.identification, f.identification);
+}
+
+// One part of the bank form; with `taxBlock` the tax fields take the title rows.
+void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel, bool taxBlock)
+{
+    const BankForm &L = Bank;
+    partHeader(pen, r, partLabel, L.partLabelRight, L.partLabelY);
+    const QStringList recipient = nameRows(r.recipientName(), r.recipientAddress());
+    pen.boxed(L.recipient, recipient.value(0));
+    pen.boxed(L.recipientCd, recipient.value(1));
+    pen.label(L.checkDigits);
+    pen.boxed(L.recipientAccount, Slip::accountDigits(r.doc.klientKonto), Align::Left, AccountGroups);
+    amountRows(pen, r, L.wpY, L.currency, L.amount, L.words);
+    pen.boxed(L.payerAccount, r.cashDeposit() ? QString() : Slip::accountDigits(r.doc.kontoFirmy),
+              Align::Left, AccountGroups);
+    const QStringList payer = nameRows(r.payerName(), r.payerAddress());
+    pen.boxed(L.payer, payer.value(0));
+    pen.boxed(L.payerCd, payer.value(1));
+    if (taxBlock) {
+        drawTaxFieldBlock(pen, r);
+    } else {
+        const QStringList title = titleRows(r.doc.zaDokumentNazwa);
+        pen.boxed(L.title1, title.value(0));
+        pen.boxed(L.title2, title.value(1));
+    }
+    pen.frame(L.fee);
+    pen.frame(L.signature);
+    pen.text(Slip::issueDate(r.doc.dataDokumentu), L.dateX, L.dateY, 10, false, true);
+}
+
+void drawTaxPart(const Pen &pen, const SlipRecords &r, const QString &partLabel, const char *signature)
+{
+    const TaxForm &L = Tax;
+    partHeader(pen, r, partLabel, L.partLabelRight, L.partLabelY);
+    pen.boxed(L.office, r.doc.klientNazwa.left(RowChars));
+    pen.boxed(L.officeCd, r.doc.klientNazwa1.left(RowChars));
+    pen.boxed(L.officeAccount, Slip::accountDigits(r.doc.klientKonto), Align::Left, AccountGroups);
+    amountRows(pen, r, L.wpY, L.currency, L.amount, L.words);
+    pen.boxed(L.payerAccount, r.cashDeposit() ? QString() : Slip::accountDigits(r.doc.kontoFirmy),
+              Align::Left, AccountGroups);
+    const QStringList payer = nameRows(r.payerName(), r.payerAddress());
+    pen.boxed(L.payer, payer.value(0));
+    pen.boxed(L.payerCd, payer.value(1));
+    const TaxFields f = taxFields(r);
+    pen.boxed(L.identifier, f.identifier);
+    pen.boxed(L.identifierType, f.identifierType);
+    pen.boxed(L.period, f.period);
+    pen.boxed(L.symbol, f.symbol);
+    pen.boxed(L.identification, f.identification);
+    pen.frame(L.fee);
+    Frame sign = L.signature;
+    sign.caption = signature;
+    pen.frame(sign);
+    pen.text(Slip::issueDate(r.doc.dataDokumentu), L.dateX, L.dateY, 10, false, true);
+}
+
+void drawSimplified(const Pen &pen, const SlipRecords &r)
+{
+    const SimplifiedSlip &S = Simplified;
+    PrintEngine &e = pen.engine;
+    const qreal top = S.top;
+    const auto valueY = [&](qreal row) { return top + row + S.valueBelowRule; };
+    pen.border(0, 0, Slip::PartWidth, Slip::PartHeight);
+    pen.rule(S.captionX, top, S.rightX, top);
+    for (qreal rule : S.rules)
+        pen.rule(S.captionX, top + rule, S.rightX, top + rule);
+    pen.rule(S.captionX, top + S.bottom, S.rightX, top + S.bottom);
+    const struct {
+        const char *text;
+        qreal row;
+    } captions[] = {{"numer rachunku odbiorcy", S.account},
+                    {"numer rachunku odbiorcy cd.", S.accountCd},
+                    {"odbiorca:", S.name},
+                    {"kwota:", S.amount},
+                    {"słownie:", S.words},
+                    {"tytułem:", S.title},
+                    {"opłata:", S.fee}};
+    for (const auto &c : captions)
+        pen.caption(QString::fromUtf8(c.text), S.captionX, valueY(c.row) + 20, 7);
+
+    // The account as it was typed; what does not fit its row goes on to the next.
+    const qreal width = S.rightX - S.valueX;
+    e.UstawCzcionke(10, false, false, QStringLiteral("Courier New CE"));
+    QString account = r.doc.klientKonto.simplified();
+    QString rest;
+    while (e.textWidth(account) > width && !account.isEmpty()) {
+        rest.prepend(account.back());
+        account.chop(1);
+    }
+    pen.text(account, S.valueX, valueY(S.account), 10, false, true);
+    pen.text(rest.trimmed(), S.valueX, valueY(S.accountCd), 10, false, true);
+
+    pen.lines({Slip::packRows(r.recipientName(), 1, 80, QStringLiteral(" ")).value(0)}, S.valueX,
+              valueY(S.name), width, 10, true);
+    pen.lines({r.recipientAddress().join(QStringLiteral(", "))}, S.valueX, valueY(S.address), width, 10);
+    if (pen.withAmount)
+        pen.text(Slip::amountText(r.doc.wartosc), S.valueX, valueY(S.amount), 11, true);
+    pen.words(r.doc.wartosc, S.valueX, valueY(S.words), S.wordsWidth, S.wordsHeight, 9);
+    e.UstawCzcionke(9, false, false, QStringLiteral("Arial CE"));
+    pen.lines(Slip::wrap(e, r.doc.zaDokumentNazwa, width, 2), S.valueX, valueY(S.title), width, 9);
+    pen.text(Slip::issueDate(r.doc.dataDokumentu), S.dateX, valueY(S.fee), 10, false, true);
+}
+
+} // namespace
+
+QStringList partLabels(int parts)
+{
+    if (parts == 4)
+        return {QStringLiteral("odcinek dla banku odbiorcy"), QStringLiteral("odcinek dla odbiorcy"),
+                QStringLiteral("odcinek dla zleceniodawcy"),
+                QStringLiteral("odcinek dla banku zleceniodawcy")};
+    return {QStringLiteral("odcinek dla banku zleceniodawcy"), QStringLiteral("odcinek dla zleceniodawcy")};
+}
+
+void DrukPrzelewu(PrintEngine &engine, const SlipRecords &r)
+{
+    const Pen pen(engine);
+    const QStringList labels = partLabels(partCount());
+    Slip::printParts(engine, int(labels.size()),
+                     [&](int part, int, int) { drawBankPart(pen, r, labels.at(part), false); });
+}
+
+void DrukUproszczony(PrintEngine &engine, const SlipRecords &r)
+{
+    const Pen pen(engine);
+    Slip::printParts(engine, partCount(), [&](int, int, int) { drawSimplified(pen, r); });
+}
+
+void DrukPodatku(PrintEngine &engine, const SlipRecords &r)
+{
+    const Pen pen(engine);
+    const QStringList labels = partLabels(partCount());
+    if (appState().nowe != 0) {
+        Slip::printParts(engine, int(labels.size()),
+                         [&](int part, int, int) { drawBankPart(pen, r, labels.at(part), true); });
+        return;
+    }
+    Slip::printParts(engine, int(labels.size()), [&](int part, int sheet, int sheets) {
+        const char *signature = Tax.signature.caption;
+        if (sheets > 1)
+            signature = sheet == 0 ? TaxFirstSheetSignature : TaxLastSheetSignature;
+        drawTaxPart(pen, r, labels.at(part), signature);
+    });
+}

@@ -1,0 +1,379 @@
+#include "Slip.h"
+
+#include "AppState.h"
+#include "DateText.h"
+#include "Dialogs.h"
+#include "PrintEngine.h"
+#include "words/Slownie.h"
+
+#include <QFontMetricsF>
+
+namespace Slip {
+
+namespace {
+
+const QString Courier = QStringLiteral("Courier New CE");
+const QString Arial = QStringLiteral("Arial CE");
+
+// Where the top of a box text goes so that its capitals sit in the middle of the box.
+qreal textTopInBox(qreal boxY, qreal boxHeight, qreal size)
+{
+    QFont font(PrintEngine::fontFamily(Courier));
+    font.setPixelSize(qRound(size * 20));
+    const QFontMetricsF fm(font);
+    return boxY + boxHeight / 2 - (fm.ascent() - fm.capHeight() / 2);
+}
+
+// The distance from line to line of the engine's text in that face and size.
+qreal lineHeight(const QString &face, qreal size)
+{
+    QFont font(PrintEngine::fontFamily(face));
+    font.setPixelSize(qRound(size * 20));
+    return QFontMetricsF(font).height();
+}
+
+QString joined(const QStringList &parts, const QString &separator)
+{
+    QStringList kept;
+    for (const QString &p : parts)
+        if (!p.trimmed().isEmpty())
+            kept << p.trimmed();
+    return kept.join(separator);
+}
+
+} // namespace
+
+Pen::Pen(PrintEngine &e)
+    : engine(e), wholeForm(appState().wstawiany == 0), grey(appState().szary != 0),
+      withAmount(e.job().withAmount)
+{
+}
+
+void Pen::caption(const QString &text, qreal x, qreal y, qreal size, bool bold, bool italic) const
+{
+    if (!wholeForm || text.isEmpty())
+        return;
+    engine.UstawCzcionke(size, bold, italic, Arial);
+    engine.DrukTekst(text, x, y);
+}
+
+void Pen::captionRight(const QString &text, qreal right, qreal y, qreal size) const
+{
+    if (!wholeForm || text.isEmpty())
+        return;
+    engine.UstawCzcionke(size, false, true, Arial);
+    engine.DrukTekst(text, right - engine.textWidth(text), y);
+}
+
+void Pen::label(const Label &l) const
+{
+    caption(QString::fromUtf8(l.text), l.x, l.y, l.size, l.bold);
+}
+
+void Pen::rule(qreal x1, qreal y1, qreal x2, qreal y2, qreal width) const
+{
+    if (wholeForm)
+        engine.Linia(x1, y1, x2, y2, width);
+}
+
+void Pen::border(qreal x, qreal y, qreal w, qreal h) const
+{
+    if (wholeForm)
+        engine.Prostokat(x, y, w, h, false, 5);
+}
+
+void Pen::boxes(const Boxes &b, const QList<int> &thickAfter) const
+{
+    if (!wholeForm)
+        return;
+    if (b.caption)
+        caption(QString::fromUtf8(b.caption), b.captionX < 0 ? b.x : b.captionX, b.y - 130);
+    for (int i = 0; i < b.count; ++i)
+        engine.Prostokat(boxX(b.x, i), b.y, BoxWidth, b.height, grey, 8);
+    // The thicker separators of an account number: after the check digits, then every four.
+    for (int after : thickAfter) {
+        const qreal x = boxX(b.x, after) + BoxWidth + (BoxPitch - BoxWidth) / 2;
+        engine.Linia(x, b.y - 30, x, b.y + b.height + 30, 24);
+    }
+}
+
+void Pen::frame(const Frame &f) const
+{
+    if (!wholeForm)
+        return;
+    engine.Prostokat(f.x, f.y, f.w, f.h, grey, 8);
+    if (f.caption)
+        caption(QString::fromUtf8(f.caption), f.x, f.captionBelow ? f.y + f.h + 20 : f.y - 150, 6);
+}
+
+void Pen::fill(const Boxes &b, const QString &value, Align align) const
+{
+    const QString text = value.trimmed();
+    if (text.isEmpty() || b.count <= 0)
+        return;
+    const qsizetype length = text.size();
+    if (length <= b.count) {
+        engine.UstawCzcionke(BoxFontSize, false, false, Courier);
+        const qreal top = textTopInBox(b.y, b.height, BoxFontSize);
+        const qreal inset = (BoxWidth - engine.textWidth(QStringLiteral("0"))) / 2;
+        const qsizetype first = align == Align::Right ? b.count - length : 0;
+        for (qsizetype i = 0; i < length; ++i)
+            engine.DrukTekst(QString(text.at(i)), boxX(b.x, int(first + i)) + inset, top);
+        return;
+    }
+    // Two characters to a box (Courier at 12 pt), smaller still when even that is too few.
+    const qreal size = length <= 2 * b.count ? BoxFontSize : BoxFontSize * 2 * b.count / qreal(length);
+    engine.UstawCzcionke(size, false, false, Courier);
+    const qreal halfPitch = BoxPitch / 2;
+    qreal x = b.x - (BoxPitch - BoxWidth) / 2;
+    if (align == Align::Right && length < 2 * b.count)
+        x += (2 * b.count - length) * halfPitch;
+    engine.DrukTekst(text, x, textTopInBox(b.y, b.height, size));
+}
+
+void Pen::text(const QString &value, qreal x, qreal y, qreal size, bool bold, bool mono) const
+{
+    if (value.isEmpty())
+        return;
+    engine.UstawCzcionke(size, bold, false, mono ? Courier : Arial);
+    engine.DrukTekst(value, x, y);
+}
+
+void Pen::captioned(const Label &l, const QString &value, qreal valueSize, bool bold) const
+{
+    const QString captionText = QString::fromUtf8(l.text);
+    caption(captionText, l.x, l.y, l.size, l.bold);
+    // The value follows the caption (measured even when the form is pre-printed, so the
+    // value lands in the same place) and shares its baseline.
+    engine.UstawCzcionke(l.size, l.bold, false, Arial);
+    const qreal valueX = l.x + engine.textWidth(captionText);
+    text(value, valueX, l.y - (valueSize - l.size) * 20 * 0.9, valueSize, bold);
+}
+
+qreal Pen::lines(const QStringList &values, qreal x, qreal y, qreal width, qreal size, bool bold) const
+{
+    engine.UstawCzcionke(size, bold, false, Arial);
+    const qreal advance = lineHeight(Arial, size);
+    for (const QString &value : values) {
+        for (QString line : wrap(engine, value, width, 100)) {
+            while (!line.isEmpty() && engine.textWidth(line) > width) // one word wider than the field
+                line.chop(1);
+            engine.DrukTekst(line, x, y);
+            y += advance;
+        }
+    }
+    return y;
+}
+
+void Pen::words(Money amount, qreal x, qreal y, qreal width, qreal height, qreal size) const
+{
+    if (!withAmount)
+        return;
+    const QString wording = wordingOf(amount).text;
+    for (; size > 5; size -= 0.5) {
+        engine.UstawCzcionke(size, false, false, Arial);
+        const WrappedWording w = wrapWording(
+            wording, [this](const QString &s) { return engine.textWidth(s); }, width);
+        if (w.message.isEmpty() && w.lines.size() * lineHeight(Arial, size) <= height)
+            break;
+    }
+    engine.UstawCzcionke(qMax<qreal>(size, 5), false, false, Arial);
+    qreal top = y;
+    engine.DrukSlownie(amount, x, top, width);
+}
+
+void Pen::wpMarks(qreal x, qreal y, qreal height, bool cashDeposit) const
+{
+    const char *marks[] = {"W", "P"};
+    for (int i = 0; i < 2; ++i) {
+        const qreal bx = boxX(x, i);
+        if (wholeForm) {
+            engine.Prostokat(bx, y, BoxWidth, height, grey, 8);
+            engine.UstawCzcionke(9, true, false, Arial);
+            engine.DrukTekst(QLatin1String(marks[i]), bx + BoxWidth / 2, y + (height - 210) / 2, true);
+        }
+    }
+    // The unused letter is struck out: W for a transfer, P for a cash deposit.
+    const qreal struck = boxX(x, cashDeposit ? 1 : 0);
+    engine.Linia(struck - 30, y + height - 40, struck + BoxWidth + 30, y + 40, 25);
+}
+
+QString boxAmount(Money amount)
+{
+    return amount.plain(QLatin1Char('.'));
+}
+
+QString amountText(Money amount, int format)
+{
+    const QString digits = Kwota(amount);
+    switch (format) {
+    case 1:
+        return digits + QStringLiteral(" zł");
+    case 2: {
+        const qsizetype comma = digits.lastIndexOf(QLatin1Char(','));
+        return digits.left(comma) + QStringLiteral(" zł ") + digits.mid(comma + 1) + QStringLiteral(" gr");
+    }
+    default:
+        return digits;
+    }
+}
+
+QString amountText(Money amount)
+{
+    return amountText(amount, appState().drukZlGr);
+}
+
+QString issueDate(const QDate &date)
+{
+    const AppState &s = appState();
+    return s.data != 0 && s.drukDaty != 0 ? DateText::format(date) : QString();
+}
+
+QString accountDigits(const QString &account)
+{
+    QString out;
+    for (const QChar c : account)
+        if (!c.isSpace() && c != QLatin1Char('-'))
+            out += c;
+    return out;
+}
+
+QString digitsOnly(const QString &text)
+{
+    QString out;
+    for (const QChar c : text)
+        if (c.isDigit())
+            out += c;
+    return out;
+}
+
+QStringList packRows(const QStringList &texts, int rows, int width, const QString &separator, bool *fits)
+{
+    if (fits)
+        *fits = true;
+    QStringList out;
+    QString current;
+    for (const QString &raw : texts) {
+        const QString t = raw.trimmed();
+        if (t.isEmpty())
+            continue;
+        if (current.isEmpty())
+            current = t;
+        else if (current.size() + separator.size() + t.size() <= width)
+            current += separator + t;
+        else {
+            out << current;
+            current = t;
+        }
+    }
+    if (!current.isEmpty())
+        out << current;
+    while (out.size() > rows && rows > 0)
+        out[rows - 1] += separator + out.takeAt(rows);
+    for (QString &line : out) {
+        if (line.size() > width && fits)
+            *fits = false;
+        line.truncate(width);
+    }
+    return out;
+}
+
+QStringList boxRows(int boxes, const std::function<QStringList(int width, bool *fits)> &pack)
+{
+    bool fits = false;
+    const QStringList oneToABox = pack(boxes, &fits);
+    return fits ? oneToABox : pack(2 * boxes, nullptr);
+}
+
+QStringList nameAndAddress(const QStringList &name, const QStringList &address, int width, bool *fits)
+{
+    const QString n = joined(name, QStringLiteral(" "));
+    const QString a = joined(address, QStringLiteral(", "));
+    if (!n.isEmpty() && n.size() <= width && a.size() <= width) {
+        if (fits)
+            *fits = true;
+        return a.isEmpty() ? QStringList{n} : QStringList{n, a};
+    }
+    return packRows(name + address, 2, width, QStringLiteral(", "), fits);
+}
+
+QStringList wrap(const PrintEngine &engine, const QString &text, qreal width, int rows)
+{
+    QStringList out;
+    QString current;
+    const QStringList words = text.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &word : words) {
+        const QString candidate = current.isEmpty() ? word : current + QLatin1Char(' ') + word;
+        if (current.isEmpty() || engine.textWidth(candidate) <= width) {
+            current = candidate;
+            continue;
+        }
+        out << current;
+        current = word;
+    }
+    if (!current.isEmpty())
+        out << current;
+    while (out.size() > rows && rows > 0)
+        out[rows - 1] += QLatin1Char(' ') + out.takeAt(rows);
+    return out;
+}
+
+QString streetLine(const QString &ulica, const QString &nrDomu, const QString &nrLokalu)
+{
+    QString line = joined({ulica, nrDomu}, QStringLiteral(" "));
+    if (!nrLokalu.trimmed().isEmpty())
+        line += QStringLiteral(" / ") + nrLokalu.trimmed();
+    return line;
+}
+
+QString townLine(const QString &kod, const QString &miasto)
+{
+    return joined({kod, miasto}, QStringLiteral(" "));
+}
+
+QList<Sheet> arrangeParts(PrintEngine &engine, int parts)
+{
+    const QPointF top(0, 0), bottom(0, StackedPitch);
+    if (parts <= 2)
+        return {Sheet{QPageLayout::Portrait, QList<QPointF>{top, bottom}.mid(0, qMax(parts, 1))}};
+    const QList<Sheet> twoSheets = {Sheet{QPageLayout::Portrait, {top, bottom}},
+                                    Sheet{QPageLayout::Portrait, {top, bottom}}};
+    if (appState().czteryNaStronie == 0)
+        return twoSheets;
+    const QString key = QStringLiteral("odcinki");
+    QString order = engine.answer(key).toString();
+    if (order.isEmpty()) {
+        if (dialogs().question(QStringLiteral("Czy drukować odcinki w pionie ?"), QStringLiteral("Wydruk")))
+            order = QStringLiteral("pion");
+        else if (dialogs().question(QStringLiteral("Czy drukować odcinki w poziomie ?"),
+                                    QStringLiteral("Wydruk")))
+            order = QStringLiteral("poziom");
+        else
+            order = QStringLiteral("arkusze");
+        engine.setAnswer(key, order);
+    }
+    const QPointF topLeft(0, 0), bottomLeft(0, GridRow), topRight(GridColumn, 0),
+        bottomRight(GridColumn, GridRow);
+    if (order == QLatin1String("pion")) // down the left column first
+        return {Sheet{QPageLayout::Landscape, {topLeft, bottomLeft, topRight, bottomRight}}};
+    if (order == QLatin1String("poziom")) // along the top row first
+        return {Sheet{QPageLayout::Landscape, {topLeft, topRight, bottomLeft, bottomRight}}};
+    return twoSheets;
+}
+
+void printParts(PrintEngine &engine, int parts,
+                const std::function<void(int part, int sheet, int sheets)> &drawPart)
+{
+    const QList<Sheet> sheets = arrangeParts(engine, parts);
+    int part = 0;
+    for (int s = 0; s < sheets.size(); ++s) {
+        engine.UstawOrientacje(sheets.at(s).orientation);
+        for (const QPointF &corner : sheets.at(s).corners) {
+            engine.UstawPoczatek(corner.x(), corner.y());
+            drawPart(part++, s, int(sheets.size()));
+        }
+        engine.KoniecStrony();
+    }
+}
+
+} // namespace Slip

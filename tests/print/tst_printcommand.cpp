@@ -1,0 +1,177 @@
+#include "Firm.h"
+#include "PdfReader.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "db/FirmDatabase.h"
+#include "documents/DocumentStore.h"
+#include "documents/FirmData.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+#include <memory>
+
+// "zlecanki drukuj": one stored document printed from the command line, no window, no question.
+class TestPrintCommand : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void printsToPdf_data();
+    void printsToPdf();
+    void refusesWrongUse_data();
+    void refusesWrongUse();
+    void helpListsIt();
+
+private:
+    struct Run {
+        int code = -1;
+        QString out, err;
+    };
+    Run run(const QStringList &args);
+    std::unique_ptr<TestEnv> m_env;
+    QString m_firm;
+    QHash<int, qint32> m_ids; // by kind
+};
+
+void TestPrintCommand::initTestCase()
+{
+    m_env = std::make_unique<TestEnv>();
+    if (!QFile::exists(programPath()))
+        QSKIP("the program is not built in this configuration");
+    m_firm = m_env->newPath(QStringLiteral("firma.zlc"));
+    QVERIFY(FirmDatabase::create(m_firm, nullptr));
+    RecordingDialogs quiet;
+    QVERIFY(OpenDb(m_firm));
+    FirmData firm;
+    firm.nazwa = QStringLiteral("Piekarnia Żytnia");
+    firm.nazwaSkrocona = QStringLiteral("ŻYTNIA");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    for (int kind : {1, 3, 5}) {
+        PaymentDocument d = PaymentDocument::newDocument(qint16(kind), QDate(2026, 3, 5));
+        d.kontoFirmy = QStringLiteral("12 1020 1026 0000 1234 5678 9012");
+        d.klientNazwa = QStringLiteral("Młyn Zbożowy");
+        d.zaDokumentNazwa = QStringLiteral("Mąka");
+        d.wartosc = *Money::parse(u"1234,5");
+        d.zus.nrRachunku = 2;
+        m_ids.insert(kind, DocumentStore::insert(Db(), d).value_or(0));
+    }
+    CloseDb();
+}
+
+TestPrintCommand::Run TestPrintCommand::run(const QStringList &args)
+{
+    QProcess p;
+    p.setProcessEnvironment(m_env->processEnvironment());
+    p.start(programPath(), QStringList{QStringLiteral("drukuj")} + args);
+    Run r;
+    if (!p.waitForFinished(60000))
+        return r;
+    r.code = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+void TestPrintCommand::printsToPdf_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("pages");
+    QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QStringList>("absent");
+    const QString wording =
+        QStringLiteral("jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy");
+    // A new firm prints all four parts of a transfer, two to a sheet.
+    QTest::newRow("transfer") << 1 << QStringList{} << 2
+                              << QStringList{"Polecenie przelewu", wording, "1234.50"} << QStringList{};
+    QTest::newRow("two copies") << 1 << QStringList{"--kopie", "2"} << 4 << QStringList{"Polecenie przelewu"}
+                                << QStringList{};
+    QTest::newRow("without the amount")
+        << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234.50", "tysiąc"};
+    QTest::newRow("ZUS, its short name and account")
+        << 5 << QStringList{} << 1
+        << QStringList{"Zakład Ubezpieczeń Społecznych", "73101010230000261395300000", "ŻYTNIA"}
+        << QStringList{"Piekarnia"};
+    QTest::newRow("postal order, both sides")
+        << 3 << QStringList{} << 2 << QStringList{"Rodzaj zobowiązania:"} << QStringList{};
+}
+
+void TestPrintCommand::printsToPdf()
+{
+    QFETCH(int, kind);
+    QFETCH(QStringList, options);
+    QFETCH(int, pages);
+    QFETCH(QStringList, present);
+    QFETCH(QStringList, absent);
+    const QString pdf = m_env->newPath(QStringLiteral("wydruk.pdf"));
+    const Run r = run(
+        QStringList{"--firma", m_firm, "--id", QString::number(m_ids.value(kind)), "--pdf", pdf} + options);
+    QCOMPARE(r.code, 0);
+    QVERIFY2(r.err.isEmpty(), qPrintable(r.err)); // nothing asked, nothing told
+    QVERIFY(r.out.contains(QStringLiteral("wydruk.pdf")));
+    const PdfContent content = readPdf(pdf);
+    QCOMPARE(content.pages, pages);
+    // Characters in boxes are words of their own: compare without the blanks.
+    const QString text = content.text();
+    QString packed = text;
+    packed.remove(QLatin1Char(' '));
+    for (const QString &p : present)
+        QVERIFY2(text.contains(p) || packed.contains(QString(p).remove(QLatin1Char(' '))), qPrintable(p));
+    for (const QString &a : absent)
+        QVERIFY2(!packed.contains(QString(a).remove(QLatin1Char(' '))), qPrintable(a));
+}
+
+void TestPrintCommand::refusesWrongUse_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+    const QString firm = QStringLiteral("@firm"), out = QStringLiteral("@pdf");
+    QTest::newRow("nothing") << QStringList{} << 2 << "Użycie: zlecanki drukuj --firma";
+    QTest::newRow("no output") << QStringList{"--firma", firm, "--id", "1"} << 2 << "albo drukarkę";
+    QTest::newRow("two outputs") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--drukarka", "X"}
+                                 << 2 << "albo drukarkę";
+    QTest::newRow("no copies") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--kopie", "0"} << 2
+                               << "Nieprawidłowa wartość opcji --kopie";
+    QTest::newRow("id not a number") << QStringList{"--firma", firm, "--id", "pierwszy", "--pdf", out} << 2
+                                     << "Nieprawidłowa wartość opcji --id";
+    QTest::newRow("unknown option") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--kolor"} << 2
+                                    << "Nieznana opcja: --kolor";
+    QTest::newRow("no such firm") << QStringList{"--firma", "/nie/ma/firmy.zlc", "--id", "1", "--pdf", out}
+                                  << 1 << "Nie ma pliku firmy";
+    QTest::newRow("no such document")
+        << QStringList{"--firma", firm, "--id", "999", "--pdf", out} << 1 << "Nie ma dokumentu numer 999";
+    QTest::newRow("no such printer") << QStringList{"--firma", firm,         "--id",
+                                                    "1",       "--drukarka", "Nie-Ma-Takiej"}
+                                     << 1 << "Nie ma drukarki \"Nie-Ma-Takiej\"";
+}
+
+void TestPrintCommand::refusesWrongUse()
+{
+    QFETCH(QStringList, args);
+    QFETCH(int, code);
+    QFETCH(QString, message);
+    const QString pdf = m_env->newPath(QStringLiteral("nie.pdf"));
+    args.replaceInStrings(QStringLiteral("@firm"), m_firm);
+    args.replaceInStrings(QStringLiteral("@pdf"), pdf);
+    const Run r = run(args);
+    QCOMPARE(r.code, code);
+    QVERIFY2(r.err.contains(message), qPrintable(r.err));
+    QVERIFY(!QFile::exists(pdf));
+}
+
+void TestPrintCommand::helpListsIt()
+{
+    QProcess p;
+    p.setProcessEnvironment(m_env->processEnvironment());
+    p.start(programPath(), {QStringLiteral("--help")});
+    QVERIFY(p.waitForFinished(20000));
+    const QString help = QString::fromUtf8(p.readAllStandardOutput());
+    QVERIFY2(help.contains(QStringLiteral("drukuj OPCJE")), qPrintable(help));
+    QVERIFY(help.contains(QStringLiteral("--drukarka KOLEJKA")));
+    QVERIFY(help.contains(QStringLiteral("--bez-kwoty")));
+}
+
+QTEST_GUILESS_MAIN(TestPrintCommand)
+#include "tst_printcommand.moc"

@@ -1,0 +1,720 @@
+#include "AppState.h"
+#include "Firm.h"
+#include "PdfReader.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "db/FirmDatabase.h"
+#include "documents/ChoiceLists.h"
+#include "documents/DocumentStore.h"
+#include "documents/FirmData.h"
+#include "print/CollectiveStatement.h"
+#include "print/PrintEngine.h"
+#include "print/SlipDrivers.h"
+#include "print/SlipLayouts.h"
+
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+#include <memory>
+
+using namespace SlipLayouts;
+
+namespace {
+
+const QDate Issued(2026, 3, 5);
+const QString Wording = QStringLiteral("jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy");
+
+// The settings that shape a printout, all off unless a case turns them on.
+struct Settings {
+    int wstawiany = 0, nowe = 0, cztery = 0, naStronie = 0, szary = 0, data = 0, drukDaty = 1, zlGr = 0;
+    void apply() const
+    {
+        AppState &s = appState();
+        s.wstawiany = wstawiany;
+        s.nowe = nowe;
+        s.czteryOdcinki = cztery;
+        s.czteryNaStronie = naStronie;
+        s.szary = szary;
+        s.data = data;
+        s.drukDaty = drukDaty;
+        s.drukZlGr = zlGr;
+        s.margLewy = s.margPrawy = 0;
+    }
+};
+
+PaymentDocument document(int kind)
+{
+    PaymentDocument d = PaymentDocument::newDocument(qint16(kind), Issued);
+    d.bankFirmy = QStringLiteral("PKO BP");
+    d.kontoFirmy = QStringLiteral("12 1020 1026 0000 1234 5678 9012");
+    d.klientNazwa = QStringLiteral("Hurtownia Gęśla");
+    d.klientUlica = QStringLiteral("Kwiatowa 7");
+    d.klientKod = QStringLiteral("31-000");
+    d.klientMiasto = QStringLiteral("Kraków");
+    d.klientBank = QStringLiteral("mBank");
+    d.klientKonto = QStringLiteral("45 1140 2004 0000 3002 0123 4567");
+    d.zaDokumentNazwa = QStringLiteral("Faktura 12/2026");
+    d.wartosc = *Money::parse(u"1234,5");
+    return d;
+}
+
+// The characters printed in a row of boxes (one word each), joined left to right.
+QString boxText(const PdfContent &pdf, const Slip::Boxes &b, QPointF corner = {}, int page = 0)
+{
+    QList<PdfWord> in;
+    for (const PdfWord &w : pdf.words) {
+        const QPointF c = w.box.center() - corner;
+        if (w.page == page && c.y() > b.y && c.y() < b.y + b.height && c.x() > b.x - 60 &&
+            c.x() < b.x + b.count * Slip::BoxPitch)
+            in << w;
+    }
+    std::sort(in.begin(), in.end(),
+              [](const PdfWord &a, const PdfWord &z) { return a.box.left() < z.box.left(); });
+    QString text;
+    for (const PdfWord &w : in)
+        text += w.text;
+    return text;
+}
+
+// The box of a phrase printed in one piece (its words in a row); empty when not there.
+QRectF phrase(const PdfContent &pdf, const QString &text, int page = -1, int nth = 0)
+{
+    const QStringList parts = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i + parts.size() <= pdf.words.size(); ++i) {
+        QRectF box;
+        bool match = true;
+        for (qsizetype k = 0; k < parts.size() && match; ++k) {
+            const PdfWord &w = pdf.words.at(i + k);
+            match = w.text == parts.at(k) && (page < 0 || w.page == page);
+            box = box.united(w.box);
+        }
+        if (match && nth-- == 0)
+            return box;
+    }
+    return {};
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Settings)
+Q_DECLARE_METATYPE(Slip::Boxes)
+
+class TestSlips : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void captions_data();
+    void captions();
+    void amountInBoxesAndWords_data();
+    void amountInBoxesAndWords();
+    void amountOutsideBoxes_data();
+    void amountOutsideBoxes();
+    void amountLeftOut_data();
+    void amountLeftOut();
+    void zusAccountAndPeriod_data();
+    void zusAccountAndPeriod();
+    void taxIdentifierAndPeriod_data();
+    void taxIdentifierAndPeriod();
+    void partsOnSheets_data();
+    void partsOnSheets();
+    void backSideAfterTurnOver_data();
+    void backSideAfterTurnOver();
+    void depositSlipCopies();
+    void issueDate_data();
+    void issueDate();
+    void greyBoxes_data();
+    void greyBoxes();
+    void statement_data();
+    void statement();
+    void fontsAndLetters();
+
+private:
+    PdfContent print(const PaymentDocument &doc, const Settings &settings,
+                     const QString &procedure = QStringLiteral("dprzelew"));
+    PdfContent printJob(const QString &procedure, const QVariant &parameter);
+    QString m_pdf;
+    std::unique_ptr<TestEnv> m_env;
+};
+
+void TestSlips::initTestCase()
+{
+    m_env = std::make_unique<TestEnv>();
+    const QString file = m_env->newPath(QStringLiteral("firma.zlc"));
+    QVERIFY(FirmDatabase::create(file, nullptr));
+    RecordingDialogs quiet;
+    QVERIFY(OpenDb(file));
+    FirmData firm;
+    firm.nazwa = QStringLiteral("Zakład Ślusarski Żółć");
+    firm.ulica = QStringLiteral("Długa");
+    firm.nrDomu = QStringLiteral("5");
+    firm.kod = QStringLiteral("90-001");
+    firm.miasto = QStringLiteral("Łódź");
+    firm.nip = QStringLiteral("526-104-08-28");
+    firm.nazwaSkrocona = QStringLiteral("ŻÓŁĆ SPÓŁKA");
+    firm.typIdentZus = 0;
+    firm.identZus = QStringLiteral("012345678");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    registerSlipDrivers();
+    m_pdf = m_env->newPath(QStringLiteral("wydruk.pdf"));
+    PrintEngine::instance().setPrinterFactory([this] { return std::make_unique<PdfSurface>(m_pdf); });
+}
+
+PdfContent TestSlips::printJob(const QString &procedure, const QVariant &parameter)
+{
+    QFile::remove(m_pdf);
+    if (!PrintEngine::instance().Drukuj(procedure, parameter, QPageLayout::Portrait, false,
+                                        QStringLiteral("Test")))
+        return {};
+    // For a person to look at: every slip as PNG pictures.
+    const QString shots = qEnvironmentVariable("ZLECANKI_SCREENSHOTS");
+    if (!shots.isEmpty()) {
+        QDir().mkpath(shots);
+        QString name = QLatin1String(QTest::currentTestFunction()) + QLatin1Char('-') +
+                       QLatin1String(QTest::currentDataTag() ? QTest::currentDataTag() : "");
+        name.replace(QRegularExpression(QStringLiteral("[^\\w-]+")), QStringLiteral("_"));
+        QProcess::execute(QStringLiteral("pdftoppm"),
+                          {QStringLiteral("-r"), QStringLiteral("60"), QStringLiteral("-png"), m_pdf,
+                           shots + QLatin1Char('/') + name});
+    }
+    return readPdf(m_pdf);
+}
+
+PdfContent TestSlips::print(const PaymentDocument &doc, const Settings &settings, const QString &procedure)
+{
+    settings.apply();
+    PaymentDocument stored = doc;
+    const auto id = DocumentStore::insert(Db(), stored);
+    if (!id)
+        return {};
+    return printJob(procedure, *id);
+}
+
+void TestSlips::captions_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<Settings>("settings");
+    QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QStringList>("absent");
+    const Settings plain, old{.nowe = 1}, prePrinted{.wstawiany = 1};
+    QTest::newRow("transfer") << 1 << plain
+                              << QStringList{"Polecenie przelewu",
+                                             "Nazwa odbiorcy cd.",
+                                             "l.k. nr rachunku odbiorcy",
+                                             "waluta kwota",
+                                             "kwota słownie (wpłata)",
+                                             "nr rachunku zleceniodawcy (przelew)",
+                                             "nazwa zleceniodawcy cd.",
+                                             "tytułem cd.",
+                                             "opłata:",
+                                             "pieczęć, data i podpis(y) zleceniodawcy",
+                                             "odcinek dla banku zleceniodawcy",
+                                             "odcinek dla zleceniodawcy"}
+                              << QStringList{"Wpłata gotówkowa", "odcinek dla odbiorcy"};
+    QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.",
+                                                                "odbiorca:",
+                                                                "kwota:",
+                                                                "słownie:",
+                                                                "tytułem:",
+                                                                "opłata:"}
+                                     << QStringList{"Polecenie przelewu", "nr rachunku odbiorcy"};
+    QTest::newRow("tax form") << 6 << plain
+                              << QStringList{"Nazwa organu podatkowego cd.",
+                                             "nr rachunku bankowego organu podatkowego",
+                                             "nr rachunku bankowego zobowiązanego (przelew)",
+                                             "nazwa i adres zobowiązanego cd.",
+                                             "NIP lub identyfikator uzupełniający zobowiązanego",
+                                             "typ identyfikatora",
+                                             "okres (rok, typ okresu, nr okresu)",
+                                             "symbol formul. lub płatn.",
+                                             "identyfikacja zobowiązania (rodzaj dokumentu)",
+                                             "pieczęć, data i podpis zobowiązanego"}
+                              << QStringList{"tytułem"};
+    QTest::newRow("tax on the old bank form")
+        << 6 << old
+        << QStringList{"Nazwa odbiorcy", "NIP lub identyfikator uzup. zobowiązanego",
+                       "symbol formularza lub płatności", "identyfikacja zobowiązania (rodzaj dokumentu)"}
+        << QStringList{"tytułem", "Nazwa organu podatkowego"};
+    QTest::newRow("ZUS")
+        << 5 << plain
+        << QStringList{"Zakład Ubezpieczeń Społecznych",
+                       "Należność z tytułu składek",
+                       "01. Nr rachunku bankowego ZUS",
+                       "03. Kwota",
+                       "04. Kwota słownie",
+                       "04. Nr rachunku bankowego płatnika",
+                       "Nazwa skrócona płatnika lub nazwisko i imię płatnika cd.",
+                       "06. NIP płatnika",
+                       "08. Drugi identyfikator płatnika",
+                       "Typ. wpł.",
+                       "10. Nr dekl.",
+                       "11. Deklaracja",
+                       "12. Nr decyzji/umowy/tytułu wykonawczego",
+                       "odcinek dla banku",
+                       "odcinek dla płatnika",
+                       "Nazwisko, imię i adres wpłacającego lub pieczęć i podpisy(y) zleceniodawcy"}
+        << QStringList{};
+    QTest::newRow("ZUS, fields only")
+        << 5 << prePrinted << QStringList{Wording}
+        << QStringList{"Zakład Ubezpieczeń Społecznych", "01. Nr rachunku", "odcinek dla banku"};
+    QTest::newRow("postal order to an account") << 3 << plain
+                                                << QStringList{"Odcinek dla Poczty(Banku)",
+                                                               "Odcinek dla Poczty",
+                                                               "Odcinek dla posiadacza rachunku",
+                                                               "Potwierdzenie dla wpłacającego",
+                                                               "Słownie:",
+                                                               "Wpłacający",
+                                                               "na rachunek:",
+                                                               "Bank i nr konta:",
+                                                               "Datownik",
+                                                               "Opłata zł.....",
+                                                               "podpis przyjm.",
+                                                               "Rodzaj zobowiązania:"}
+                                                << QStringList{};
+    QTest::newRow("named postal order")
+        << 4 << plain
+        << QStringList{"PRZEKAZ",
+                       "POCZTOWY",
+                       "Nadawca:",
+                       "Adresat:",
+                       "Świadczenia dodatkowe",
+                       "Stempel okręgowy",
+                       "Dzień nadania",
+                       "podpis kontr.",
+                       "Odcinek dla adresata",
+                       "Dowód nadania",
+                       "przekazu pocztowego",
+                       "Starannie przechowywać",
+                       "Miejsce na korespondencję",
+                       "Nr karty (listy)",
+                       "dnia..........................................200..r.",
+                       "Kwotę wymienioną na odwrocie otrzymałem",
+                       "Nr księgi wypł. przekazów",
+                       "uIszcza dodatkową opłatę za:",
+                       "możliwości jego doręczenia"}
+        << QStringList{"Przekaz Pocztowy"};
+    QTest::newRow("named postal order, fields only")
+        << 4 << prePrinted << QStringList{"Przekaz Pocztowy", "Hurtownia Gęśla"}
+        << QStringList{"PRZEKAZ", "Dowód nadania", "Nadawca:"};
+    QTest::newRow("bank deposit slip") << 2 << plain
+                                       << QStringList{"BANKOWY DOWÓD WPŁATY",
+                                                      "Nazwa i adres odbiorcy wpłaty:",
+                                                      "Na dobro rachunku nr:",
+                                                      "w (Banku): mBank",
+                                                      "Tytuł wpłaty:",
+                                                      "Nazwa i adres wpłacającego:",
+                                                      "Sym. planu",
+                                                      "kasowego",
+                                                      "Kwota:",
+                                                      "Stempel banku"}
+                                       << QStringList{};
+}
+
+void TestSlips::captions()
+{
+    QFETCH(int, kind);
+    QFETCH(Settings, settings);
+    QFETCH(QStringList, present);
+    QFETCH(QStringList, absent);
+    RecordingDialogs d;
+    const PdfContent pdf = print(document(kind), settings);
+    QVERIFY(pdf.ok);
+    for (const QString &text : present)
+        QVERIFY2(!phrase(pdf, text).isEmpty(), qPrintable(text));
+    for (const QString &text : absent)
+        QVERIFY2(phrase(pdf, text).isEmpty(), qPrintable(text));
+}
+
+void TestSlips::amountInBoxesAndWords_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<Slip::Boxes>("amount");
+    QTest::addColumn<Slip::Boxes>("currency");
+    QTest::newRow("transfer") << 1 << Bank.amount << Bank.currency;
+    QTest::newRow("tax") << 6 << Tax.amount << Tax.currency;
+    QTest::newRow("ZUS") << 5 << Zus.amount << Zus.currency;
+}
+
+void TestSlips::amountInBoxesAndWords()
+{
+    QFETCH(int, kind);
+    QFETCH(Slip::Boxes, amount);
+    QFETCH(Slip::Boxes, currency);
+    RecordingDialogs d;
+    const PdfContent pdf = print(document(kind), {});
+    QCOMPARE(boxText(pdf, amount), QStringLiteral("1234.50"));
+    QCOMPARE(boxText(pdf, currency), QStringLiteral("PLN"));
+    QVERIFY(!phrase(pdf, Wording).isEmpty());
+    // Right-aligned: the last digit stands in the last box.
+    int inLastBox = 0;
+    const qreal lastBox = Slip::boxX(amount.x, amount.count - 1);
+    for (const PdfWord &w : pdf.words)
+        inLastBox += w.page == 0 && w.box.left() > lastBox && w.box.right() < lastBox + Slip::BoxWidth &&
+                     w.box.center().y() > amount.y && w.box.center().y() < amount.y + amount.height;
+    QCOMPARE(inLastBox, 1);
+}
+
+void TestSlips::amountOutsideBoxes_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QString>("expected");
+    for (int kind : {1, 2, 3, 4}) {
+        QTest::addRow("kind %d, 123,45", kind) << kind << 0 << "1 234,50";
+        QTest::addRow("kind %d, 123,45 zł", kind) << kind << 1 << "1 234,50 zł";
+        QTest::addRow("kind %d, 123 zł 45 gr", kind) << kind << 2 << "1 234 zł 50 gr";
+    }
+}
+
+void TestSlips::amountOutsideBoxes()
+{
+    QFETCH(int, kind);
+    QFETCH(int, format);
+    QFETCH(QString, expected);
+    RecordingDialogs d;
+    // Kind 1 prints its amount outside boxes on the simplified slip only.
+    const PdfContent pdf = print(document(kind), Settings{.nowe = 1, .zlGr = format});
+    QVERIFY2(pdf.text().contains(expected), qPrintable(pdf.text()));
+    QVERIFY(!phrase(pdf, Wording).isEmpty());
+}
+
+void TestSlips::amountLeftOut_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("caption");
+    QTest::newRow("transfer") << 1 << "kwota słownie (wpłata)";
+    QTest::newRow("ZUS") << 5 << "03. Kwota";
+    QTest::newRow("deposit slip") << 2 << "Kwota:";
+    QTest::newRow("named postal order") << 4 << "Słownie:";
+}
+
+void TestSlips::amountLeftOut()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, caption);
+    RecordingDialogs d;
+    PrintEngine::instance().setAmountPrinted(false);
+    const PdfContent pdf = print(document(kind), {});
+    QVERIFY(!phrase(pdf, caption).isEmpty());
+    QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
+    QVERIFY(!pdf.text().contains(QStringLiteral("234")));
+    QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234.50")));
+    // The next job prints the amount again.
+    QVERIFY(!phrase(print(document(kind), {}), QStringLiteral("jeden tysiąc")).isEmpty());
+}
+
+void TestSlips::zusAccountAndPeriod_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("wstawiany");
+    QTest::addColumn<QString>("account");
+    QTest::newRow("Ubezpieczenie społeczne") << 0 << 0 << "83101010230000261395100000";
+    QTest::newRow("Ubezpieczenie zdrowotne") << 1 << 0 << "78101010230000261395200000";
+    QTest::newRow("FP i FGŚP") << 2 << 0 << "73101010230000261395300000";
+    QTest::newRow("FP i FGŚP, fields only") << 2 << 1 << "73101010230000261395300000";
+    QTest::newRow("Fund. Emerytur Pomostowych") << 3 << 0 << "68101010230000261395400000";
+}
+
+void TestSlips::zusAccountAndPeriod()
+{
+    QFETCH(int, position);
+    QFETCH(int, wstawiany);
+    QFETCH(QString, account);
+    RecordingDialogs d;
+    PaymentDocument doc = document(5);
+    doc.zus.nrRachunku = qint16(position);
+    doc.zus.typWplaty = 6; // "A": only the whole form has a box for it
+    doc.zus.miesiac = 0;
+    const QStringList years = ChoiceLists::zusYears();
+    doc.zus.rok = qint16(years.size() - 1); // the last year the list was extended with
+    const PdfContent pdf = print(doc, Settings{.wstawiany = wstawiany}, QStringLiteral("dprzelewZus"));
+    QCOMPARE(boxText(pdf, Zus.account), account);
+    QCOMPARE(boxText(pdf, Zus.account, {0, Slip::StackedPitch}), account); // the payer's part too
+    QCOMPARE(boxText(pdf, Zus.declaration), QStringLiteral("01") + years.last());
+    QCOMPARE(boxText(pdf, Zus.nip), QStringLiteral("5261040828"));
+    QCOMPARE(boxText(pdf, Zus.identifierType), QStringLiteral("R"));
+    QCOMPARE(boxText(pdf, Zus.paymentType), wstawiany ? QString() : QStringLiteral("A"));
+    QCOMPARE(boxText(pdf, Zus.payer), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
+}
+
+void TestSlips::taxIdentifierAndPeriod_data()
+{
+    QTest::addColumn<int>("identifierType");
+    QTest::addColumn<QString>("identifier");
+    QTest::addColumn<int>("year");
+    QTest::addColumn<int>("periodType");
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<QString>("letter");
+    QTest::addColumn<QString>("period");
+    QTest::newRow("NIP, month") << 0 << "" << 2024 << 0 << "01"
+                                << "N"
+                                << "24M01";
+    QTest::newRow("REGON, year") << 1 << "012345678" << 1999 << 2 << "1"
+                                 << "R"
+                                 << "99R01";
+    QTest::newRow("PESEL, quarter") << 2 << "80010112345" << 2023 << 3 << "04"
+                                    << "P"
+                                    << "23K04";
+    QTest::newRow("identity card, half year") << 3 << "ABC123456" << 2022 << 1 << "02"
+                                              << "1"
+                                              << "22P02";
+    QTest::newRow("passport, decade") << 4 << "EA1234567" << 2000 << 4 << "07"
+                                      << "2"
+                                      << "00D07";
+    const int next = QDate::currentDate().year() + 1;
+    QTest::newRow("year the list grew by") << 0 << "" << next << 0 << "12"
+                                           << "N" << QString::number(next).right(2) + QStringLiteral("M12");
+}
+
+void TestSlips::taxIdentifierAndPeriod()
+{
+    QFETCH(int, identifierType);
+    QFETCH(QString, identifier);
+    QFETCH(int, year);
+    QFETCH(int, periodType);
+    QFETCH(QString, number);
+    QFETCH(QString, letter);
+    QFETCH(QString, period);
+    RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    firm.typIdentPod = identifierType;
+    firm.identPod = identifier;
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    PaymentDocument doc = document(6);
+    doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), year));
+    doc.pod.typOkresu = qint16(periodType);
+    doc.pod.nrOkresu = number;
+    doc.pod.symbol = QStringLiteral("VAT-7");
+    for (const Settings &s : {Settings{}, Settings{.nowe = 1}}) {
+        const bool old = s.nowe != 0;
+        const PdfContent pdf = print(doc, s);
+        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifierType : Tax.identifierType), letter);
+        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifier : Tax.identifier),
+                 identifier.isEmpty() ? QStringLiteral("5261040828") : identifier);
+        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.period : Tax.period), period);
+        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.symbol : Tax.symbol), QStringLiteral("VAT-7"));
+    }
+}
+
+void TestSlips::partsOnSheets_data()
+{
+    QTest::addColumn<int>("cztery");
+    QTest::addColumn<int>("naStronie");
+    QTest::addColumn<QList<bool>>("answers");
+    QTest::addColumn<int>("questions");
+    QTest::addColumn<int>("pages");
+    QTest::addColumn<QPointF>("secondPart"); // where the second part stands from the first
+    const QPointF below(0, Slip::StackedPitch);
+    QTest::newRow("two parts") << 0 << 0 << QList<bool>{} << 0 << 1 << below;
+    QTest::newRow("four parts, two sheets") << 1 << 0 << QList<bool>{} << 0 << 2 << below;
+    QTest::newRow("four on A4, down the columns")
+        << 1 << 1 << QList<bool>{true} << 1 << 1 << QPointF(0, Slip::GridRow);
+    QTest::newRow("four on A4, along the rows")
+        << 1 << 1 << QList<bool>{false, true} << 2 << 1 << QPointF(Slip::GridColumn, 0);
+    QTest::newRow("four on A4 refused") << 1 << 1 << QList<bool>{false, false} << 2 << 2 << below;
+    QTest::newRow("two parts need no question") << 0 << 1 << QList<bool>{} << 0 << 1 << below;
+}
+
+void TestSlips::partsOnSheets()
+{
+    QFETCH(int, cztery);
+    QFETCH(int, naStronie);
+    QFETCH(QList<bool>, answers);
+    QFETCH(int, questions);
+    QFETCH(int, pages);
+    QFETCH(QPointF, secondPart);
+    RecordingDialogs d;
+    d.answers = answers;
+    PrintEngine::instance().setNextCopies(2); // the answer holds for every copy
+    const PdfContent pdf = print(document(1), Settings{.cztery = cztery, .naStronie = naStronie});
+    QCOMPARE(d.callsOf(QStringLiteral("question")).size(), questions);
+    if (questions > 0)
+        QCOMPARE(d.callsOf(QStringLiteral("question")).first().text,
+                 QStringLiteral("Czy drukować odcinki w pionie ?"));
+    QCOMPARE(pdf.pages, 2 * pages);
+    const QStringList labels =
+        cztery ? QStringList{"odcinek dla banku odbiorcy", "odcinek dla odbiorcy"}
+               : QStringList{"odcinek dla banku zleceniodawcy", "odcinek dla zleceniodawcy"};
+    const QRectF first = phrase(pdf, labels.at(0), 0);
+    const QRectF second = phrase(pdf, labels.at(1), 0);
+    QVERIFY(!first.isEmpty() && !second.isEmpty());
+    QVERIFY(qAbs(second.right() - first.right() - secondPart.x()) < 3);
+    QVERIFY(qAbs(second.top() - first.top() - secondPart.y()) < 3);
+}
+
+void TestSlips::backSideAfterTurnOver_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("back");
+    QTest::newRow("postal order to an account")
+        << 3 << "Przełóż kartkę na drugą stronę i naciśnij dowolny klawisz"
+        << "Rodzaj zobowiązania: Faktura 12/2026";
+    QTest::newRow("named postal order") << 4 << "Po wydrukowaniu przełóż kartkę na drugą stronę."
+                                        << "Znamiona dowodu tożsamości";
+}
+
+void TestSlips::backSideAfterTurnOver()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, message);
+    QFETCH(QString, back);
+    // Records how many pages were begun when the user is told to turn the sheet over.
+    struct Turning : RecordingDialogs {
+        int pagesWhenAsked = -1;
+        void message(const QString &text, const QString &title, Icon icon) override
+        {
+            pagesWhenAsked = PrintEngine::instance().pageCount();
+            RecordingDialogs::message(text, title, icon);
+        }
+    } d;
+    const PdfContent pdf = print(document(kind), {});
+    QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
+    QCOMPARE(d.calls.first().text, message);
+    QCOMPARE(d.calls.first().title, QStringLiteral("Druk dwustronny"));
+    QCOMPARE(d.pagesWhenAsked, 1);
+    QCOMPARE(pdf.pages, 2);
+    QVERIFY(phrase(pdf, back, 0).isEmpty());
+    QVERIFY(!phrase(pdf, back, 1).isEmpty());
+}
+
+void TestSlips::depositSlipCopies()
+{
+    RecordingDialogs d;
+    const PdfContent pdf = print(document(2), {});
+    QCOMPARE(pdf.pages, 1);
+    const QRectF first = phrase(pdf, QStringLiteral("Hurtownia Gęśla"));
+    for (int copy = 0; copy < 4; ++copy) {
+        const QString number = QStringList{"I", "II", "III", "IV"}.at(copy);
+        QVERIFY2(qAbs(pdf.find(number).box.top() - pdf.find(QStringLiteral("I")).box.top() -
+                      copy * DepositSlip.pitch) < 3,
+                 qPrintable(number));
+        // The same recipient, amount and wording on every copy, one copy lower each time.
+        QVERIFY(qAbs(phrase(pdf, QStringLiteral("Hurtownia Gęśla"), 0, copy).top() - first.top() -
+                     copy * DepositSlip.pitch) < 2);
+        QVERIFY(!phrase(pdf, QStringLiteral("1 234,50"), 0, copy).isEmpty());
+        QVERIFY(!phrase(pdf, Wording, 0, copy).isEmpty());
+    }
+    QVERIFY(phrase(pdf, QStringLiteral("1 234,50"), 0, 4).isEmpty());
+}
+
+void TestSlips::issueDate_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("data");
+    QTest::addColumn<int>("drukDaty");
+    QTest::addColumn<bool>("printed");
+    for (int kind : {1, 5, 6}) {
+        QTest::addRow("kind %d, firm prints dates", kind) << kind << 1 << 1 << true;
+        QTest::addRow("kind %d, firm does not", kind) << kind << 0 << 1 << false;
+        QTest::addRow("kind %d, user turned dates off", kind) << kind << 1 << 0 << false;
+    }
+}
+
+void TestSlips::issueDate()
+{
+    QFETCH(int, kind);
+    QFETCH(int, data);
+    QFETCH(int, drukDaty);
+    QFETCH(bool, printed);
+    RecordingDialogs d;
+    const PdfContent pdf = print(document(kind), Settings{.data = data, .drukDaty = drukDaty});
+    QCOMPARE(pdf.count(QStringLiteral("05-03-2026")) > 0, printed);
+}
+
+void TestSlips::greyBoxes_data()
+{
+    QTest::addColumn<int>("szary");
+    QTest::addColumn<int>("wstawiany");
+    QTest::addColumn<bool>("grey");
+    QTest::newRow("white boxes") << 0 << 0 << false;
+    QTest::newRow("grey boxes") << 1 << 0 << true;
+    QTest::newRow("pre-printed form: no boxes") << 1 << 1 << false;
+}
+
+void TestSlips::greyBoxes()
+{
+    QFETCH(int, szary);
+    QFETCH(int, wstawiany);
+    QFETCH(bool, grey);
+    RecordingDialogs d;
+    QVERIFY(print(document(1), Settings{.wstawiany = wstawiany, .szary = szary}).ok);
+    const QString png = m_env->newPath(QStringLiteral("szary"));
+    QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"),
+                               {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
+                                QStringLiteral("-singlefile"), m_pdf, png}),
+             0);
+    const QImage image(png + QStringLiteral(".png"));
+    // The middle of the last (empty) box of the second title row, at 72 dpi: 20 twips a pixel.
+    const QPointF centre(Slip::boxX(Bank.title2.x, 26) + Slip::BoxWidth / 2,
+                         Bank.title2.y + Bank.title2.height / 2);
+    const QColor colour = image.pixelColor((centre / 20).toPoint());
+    QCOMPARE(colour.lightness() < 250, grey);
+}
+
+void TestSlips::statement_data()
+{
+    QTest::addColumn<QStringList>("amounts");
+    QTest::addColumn<QString>("total");
+    QTest::addColumn<int>("pages");
+    QTest::newRow("one transfer") << QStringList{"1234,5"} << "1 234,50" << 1;
+    QTest::newRow("three transfers") << QStringList{"10", "0,99", "1000000"} << "1 000 010,99" << 1;
+    QStringList many;
+    for (int i = 1; i <= 400; ++i)
+        many << QString::number(i);
+    QTest::newRow("a list longer than half a sheet") << many << "80 200,00" << 4;
+}
+
+void TestSlips::statement()
+{
+    QFETCH(QStringList, amounts);
+    QFETCH(QString, total);
+    QFETCH(int, pages);
+    RecordingDialogs d;
+    Settings{}.apply();
+    CollectiveStatement s{QStringLiteral("Bank Śląski"), QStringLiteral("11 2222 3333"), Issued, {}};
+    for (const QString &a : amounts)
+        s.amounts << *Money::parse(a);
+    const PdfContent pdf = printJob(QStringLiteral("zbiorowka"), QVariant::fromValue(s));
+    QCOMPARE(pdf.pages, pages);
+    const QString count = QStringLiteral("Ilość przelewów: ") + QString::number(amounts.size());
+    QCOMPARE(pdf.text().count(count), 2);
+    QCOMPARE(pdf.text().count(QStringLiteral("Razem: ") + total), 2);
+    QCOMPARE(pdf.text().count(QStringLiteral("Data: 05-03-2026")), 2);
+    const QRectF firm = phrase(pdf, QStringLiteral("Zakład Ślusarski Żółć"));
+    QVERIFY(qAbs(phrase(pdf, QStringLiteral("W CIĘŻAR RACHUNKU FIRMY:")).top() - firm.top()) < 2);
+    const QRectF street = phrase(pdf, QStringLiteral("ul. Długa 5"));
+    QVERIFY(street.top() > firm.top() && qAbs(street.left() - firm.left()) < 2);
+    QCOMPARE(pdf.count(QStringLiteral("/")), 0); // no flat number, no " / "
+    for (const QString &a : amounts)
+        QVERIFY(pdf.text().contains(Kwota(*Money::parse(a))));
+    if (pages > 1)
+        return;
+    // The two copies are alike but for their mark, the second 10 cm lower.
+    const QRectF a = pdf.find(QStringLiteral("A")).box, mark = pdf.find(QStringLiteral("D")).box;
+    QVERIFY(qAbs(mark.top() - a.top() - Statement.band) < 2);
+    const QRectF title = phrase(pdf, QStringLiteral("ZBIORCZE ZESTAWIENIE PRZELEWÓW"));
+    QVERIFY(qAbs(phrase(pdf, QStringLiteral("ZBIORCZE ZESTAWIENIE PRZELEWÓW"), 0, 1).top() - title.top() -
+                 Statement.band) < 2);
+    QVERIFY(qAbs(phrase(pdf, count, 0, 1).top() - phrase(pdf, count).top() - Statement.band) < 2);
+}
+
+void TestSlips::fontsAndLetters()
+{
+    RecordingDialogs d;
+    const PdfContent pdf = print(document(5), {}, QStringLiteral("dprzelewZus"));
+    QVERIFY(!phrase(pdf, QStringLiteral("Zakład Ubezpieczeń Społecznych")).isEmpty());
+    QProcess fonts;
+    fonts.start(QStringLiteral("pdffonts"), {m_pdf});
+    QVERIFY(fonts.waitForFinished());
+    const QString list = QString::fromUtf8(fonts.readAllStandardOutput());
+    // "Courier New CE" and "Arial CE" come out as their metric twins.
+    QVERIFY2(list.contains(QStringLiteral("LiberationMono")), qPrintable(list));
+    QVERIFY2(list.contains(QStringLiteral("LiberationSans")), qPrintable(list));
+}
+
+QTEST_MAIN(TestSlips)
+#include "tst_slips.moc"
