@@ -63,6 +63,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
 {
     const bool withAmount = std::exchange(m_nextWithAmount, true);
     const std::optional<int> givenCopies = std::exchange(m_nextCopies, std::nullopt);
+    const QVariantMap answers = std::exchange(m_nextAnswers, QVariantMap());
     int copies = caller.isEmpty() || !givenCopies ? storedCopies() : qBound(1, *givenCopies, 255);
     bool previewOn = preview;
     if (caller.isEmpty()) {
@@ -74,7 +75,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
         SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), copies);
     }
     m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false,
-                withAmount, {}};
+                withAmount, answers};
 
     if (!m_drivers.contains(procedure)) {
         dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);

@@ -53,6 +53,8 @@ public:
     // The copies of the next job started with a caller, instead of the stored count (the
     // command line's own count, which must not change the user's setting).
     void setNextCopies(int copies) { m_nextCopies = copies; }
+    // Answers the next job starts with, so printing what the preview shows asks nothing again.
+    void setNextAnswers(const QVariantMap &answers) { m_nextAnswers = answers; }
     // Runs the driver of the stored procedure word on the current surface.
     void Wykonaj();
     // Renders a job once more into a PDF file (the preview's "Zapisz").
@@ -108,6 +110,7 @@ private:
     Job m_job;
     bool m_nextWithAmount = true;
     std::optional<int> m_nextCopies;
+    QVariantMap m_nextAnswers;
     QHash<QString, Driver> m_drivers;
     SurfaceFactory m_printerFactory;
     std::function<void(const Job &, const QList<QPicture> &, QSizeF)> m_previewSink;

@@ -158,6 +158,7 @@ void frmDrukPreview::print()
         return;
     }
     PrintEngine::instance().setAmountPrinted(m_job.withAmount);
+    PrintEngine::instance().setNextAnswers(m_job.answers);
     PrintEngine::instance().Drukuj(m_job.procedure, m_job.parameter, m_job.orientation, false, QStringLiteral("Cmd"));
 }
 
