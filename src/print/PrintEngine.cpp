@@ -67,7 +67,10 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
     int copies = caller.isEmpty() || !givenCopies ? storedCopies() : qBound(1, *givenCopies, 255);
     bool previewOn = preview;
     if (caller.isEmpty()) {
-        const auto choice = dialogs().printCopies(copies, preview);
+        // "Drukować na: Ekranie" in the settings makes the preview the usual way out.
+        const bool toScreen =
+            SettingsStore::getInt(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa")).value_or(0) == 1;
+        const auto choice = dialogs().printCopies(copies, preview || toScreen);
         if (!choice)
             return false;
         copies = qBound(1, choice->copies, 255);

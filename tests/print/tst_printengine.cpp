@@ -161,8 +161,10 @@ void TestPrintEngine::previewPages()
         e.DrukTekst(QStringLiteral("dwa"), 0, 0);
         e.KoniecStrony(); // no blank third page
     });
-    d.printChoices << Dialogs::PrintChoice{1, true}; // the user ticks the preview
+    // "Drukować na: Ekranie" offers the preview in the copies window; the user keeps it.
+    SettingsStore::save(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"), QStringLiteral("1"));
     QVERIFY(engine.Drukuj(QStringLiteral("twopages"), 1));
+    SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"));
     QCOMPARE(shownPages, 2);
     engine.setPreviewSink(nullptr);
 }
