@@ -10,8 +10,11 @@
 #include "DateText.h"
 #include "db/FirmDatabase.h"
 #include "documents/frmKontrahenci.h"
+#include "documents/EntryRules.h"
 #include "documents/frmfirma.h"
+#include "documents/frmprzelew.h"
 #include "frmFirmaOpen.h"
+#include "frmUstawienia.h"
 #include "frmglowna_img.h"
 #include "frmhotline.h"
 #include "frmo.h"
@@ -147,8 +150,11 @@ void frmglowna::buildMenus()
     docs->menuAction()->setObjectName(QStringLiteral("mnudokumentybar"));
     const char *kinds[] = {"Zlecanki Bankowe", "Bankowy dowód wpłaty", "Przekaz pocztowy na konto",
                            "Przekaz imienny", "Przelew na konto ZUS", "Przelew za podatki"};
-    for (int i = 0; i < 6; ++i)
-        addCommand(docs, indexed("mnuzlecanki", i), QString::fromUtf8(kinds[i]));
+    for (int i = 0; i < 6; ++i) {
+        const auto kind = static_cast<qint16>(i + 1);
+        addCommand(docs, indexed("mnuzlecanki", i), QString::fromUtf8(kinds[i]),
+                   [this, kind] { showChild(new frmprzelew(EntryRules::New, kind)); });
+    }
     addSeparator(docs, QStringLiteral("mnusep5"));
     addCommand(docs, QStringLiteral("mnuzbior"), QStringLiteral("Zbiorówka do przelewów"));
     addSeparator(docs, QStringLiteral("mnusep6"));
@@ -175,7 +181,7 @@ void frmglowna::buildMenus()
     addCommand(dicts, QStringLiteral("mnuzaplat"), QStringLiteral("Zapłaty terminowe"));
     m_firmActions << dicts->menuAction();
 
-    QAction *settings = addCommand(nullptr, QStringLiteral("mnuustawbar"), QStringLiteral("Ustawienia"));
+    QAction *settings = addCommand(nullptr, QStringLiteral("mnuustawbar"), QStringLiteral("Ustawienia"), [this] { showChild(new frmUstawienia); });
     bar->addAction(settings);
     m_firmActions << settings;
 

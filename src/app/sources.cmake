@@ -10,12 +10,14 @@ list(APPEND CORE_SOURCES
   app/SettingsStore.cpp
   app/SingleInstance.cpp
   app/StartupSettings.cpp
+  app/UserOptions.cpp
 )
 list(APPEND UI_SOURCES
   app/Main.cpp
   app/WidgetDialogs.cpp
   app/WindowUtil.cpp
   app/frmFirmaOpen.cpp
+  app/frmUstawienia.cpp
   app/frmglowna.cpp
   app/frmglowna_img.cpp
   app/frmhotline.cpp

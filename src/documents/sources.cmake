@@ -4,6 +4,7 @@ list(APPEND CORE_SOURCES
   documents/ContractorStore.cpp
   documents/DocumentKinds.cpp
   documents/DocumentStore.cpp
+  documents/EntryRules.cpp
   documents/FirmData.cpp
   documents/Transaction.cpp
 )
@@ -12,4 +13,5 @@ list(APPEND UI_SOURCES
   documents/frmKontrahenci.cpp
   documents/frmSzukaj.cpp
   documents/frmfirma.cpp
+  documents/frmprzelew.cpp
 )

@@ -1,0 +1,306 @@
+#include "AppState.h"
+#include "Firm.h"
+#include "RecordingDialogs.h"
+#include "SettingsStore.h"
+#include "TestEnv.h"
+#include "db/FirmDatabase.h"
+#include "frmUstawienia.h"
+#include "frmglowna.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSqlQuery>
+#include <QTabWidget>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const char *const Boxes[] = {"chkDrukDaty",  "chkDrukWstawiany", "chkDrukStareWzory", "chkDrukCzteryOdcinki",
+                             "chkDrukCzteryNaStronie", "ChkDrukSzary", "chkElixir"};
+
+template <typename T = QLineEdit>
+T *child(QWidget *w, const QString &name)
+{
+    T *c = w->findChild<T *>(name);
+    if (!c)
+        qFatal("no control %s", qPrintable(name));
+    return c;
+}
+
+void click(QWidget *w, const char *name)
+{
+    child<QPushButton>(w, QLatin1String(name))->click();
+}
+
+// What the window shows: "target|printer|fonts|margins|amount format|boxes|Elixir file|today".
+QString shown(QWidget *w)
+{
+    QStringList fonts, margins;
+    QString boxes, format;
+    for (int i = 0; i < 3; ++i) {
+        fonts << child(w, QStringLiteral("txtFont_%1").arg(i))->text();
+        if (child<QRadioButton>(w, QStringLiteral("optdrukzlgr_%1").arg(i))->isChecked())
+            format = QString::number(i);
+    }
+    for (int i = 0; i < 2; ++i)
+        margins << child(w, QStringLiteral("txtMargin_%1").arg(i))->text();
+    for (const char *name : Boxes)
+        boxes += child<QCheckBox>(w, QLatin1String(name))->isChecked() ? QLatin1Char('1') : QLatin1Char('0');
+    return QStringList{child<QComboBox>(w, QStringLiteral("lstdrukna"))->currentText(),
+                       child<QComboBox>(w, QStringLiteral("lstDrukarki"))->currentText(), fonts.join(QLatin1Char(',')),
+                       margins.join(QLatin1Char(',')), format, boxes, child(w, QStringLiteral("txtPlik"))->text(),
+                       child(w, QStringLiteral("txtDataDzis"))->text()}
+        .join(QLatin1Char('|'));
+}
+
+QString stored(const QString &sql)
+{
+    QSqlQuery q(Db());
+    return q.exec(sql) && q.next() ? q.value(0).toString() : QStringLiteral("<brak>");
+}
+
+QString key(const char *name)
+{
+    return SettingsStore::loadGet(QLatin1String(name), QStringLiteral("<brak>"));
+}
+
+// The flags and margins as the rest of the program sees them.
+QString globals()
+{
+    const AppState &s = appState();
+    QString out;
+    for (int f : {s.data, s.wstawiany, s.nowe, s.czteryOdcinki, s.czteryNaStronie, s.szary, s.eliksir})
+        out += QString::number(f);
+    return out + QStringLiteral("|%1,%2|%3").arg(s.margLewy).arg(s.margPrawy).arg(s.drukZlGr);
+}
+
+const QString FirstRows = QStringLiteral(
+    "SELECT (SELECT Data||Wstawiany||Nowe||CzteryOdcinki||CzteryNaStronie||Szary||Eliksir FROM Ustawienia "
+    "ORDER BY rowid LIMIT 1) || '|' || (SELECT MargLewy||','||MargPrawy FROM Ustawienia2 ORDER BY rowid LIMIT 1)");
+
+} // namespace
+
+class TestUstawienia : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void opensWithEveryPlace_data();
+    void opensWithEveryPlace();
+    void savesEverywhereAtOnce();
+    void todayForThisRunOnly();
+    void badInputRefused_data();
+    void badInputRefused();
+    void readOnlyFirmRefuses();
+    void menuCommandOpensIt();
+
+private:
+    void openFirm(bool readOnly);
+    std::unique_ptr<TestEnv> m_env;
+    std::unique_ptr<RecordingDialogs> m_dialogs;
+    QList<std::optional<QString>> m_fontAnswers;
+    int m_files = 0;
+};
+
+void TestUstawienia::initTestCase()
+{
+    m_env = std::make_unique<TestEnv>();
+    frmUstawienia::setPrinterSource([] { return QStringList{QStringLiteral("Biuro"), QStringLiteral("Księgowość")}; });
+    frmUstawienia::setFontChooser([this](QWidget *, const QString &) { return m_fontAnswers.takeFirst(); });
+}
+
+void TestUstawienia::openFirm(bool readOnly)
+{
+    const QString path = m_env->newPath(QStringLiteral("ustawienia%1.zlc").arg(++m_files));
+    QVERIFY(FirmDatabase::create(path, nullptr));
+    if (readOnly)
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
+    QVERIFY(OpenDb(path));
+    QSqlQuery q(Db());
+    q.exec(QStringLiteral("UPDATE Ustawienia SET Data=0, Wstawiany=0, Nowe=0, CzteryOdcinki=0, CzteryNaStronie=0"));
+    appState().today = QDate(2026, 4, 30);
+    m_dialogs->clear();
+}
+
+void TestUstawienia::init()
+{
+    m_env->clearSettings();
+    m_dialogs = std::make_unique<RecordingDialogs>();
+    openFirm(false);
+}
+
+void TestUstawienia::cleanup()
+{
+    QFile::setPermissions(firmFile(), QFile::ReadOwner | QFile::WriteOwner);
+    CloseDb();
+    m_dialogs.reset();
+}
+
+void TestUstawienia::opensWithEveryPlace_data()
+{
+    QTest::addColumn<bool>("stored"); // options placed in all three places first, else nothing
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("nothing stored") << false << "Drukarce|Drukarka domyślna systemu|Arial CE,Arial CE,Courier New CE|"
+                                                "0,0|0|0000000|Przelew.pli|30-04-2026";
+    QTest::newRow("stored") << true << "Ekranie|Księgowość|Tahoma,DejaVu Sans,Mono|3,-7|2|0010001|eksport.pli|30-04-2026";
+}
+
+void TestUstawienia::opensWithEveryPlace()
+{
+    QFETCH(bool, stored);
+    QFETCH(QString, expected);
+    if (stored) {
+        for (auto [k, v] : {std::pair{"DrukujNa", "1"}, {"Drukarka", "1"}, {"NazwaFontuScreen", "Tahoma"},
+                            {"NazwaFontuPrinter", "DejaVu Sans"}, {"NazwaFontuLista", "Mono"}, {"DrukZlGr", "2"},
+                            {"PlikElixir", "eksport.pli"}})
+            SettingsStore::loadSave(QLatin1String(k), QString::fromUtf8(v));
+        QSqlQuery q(Db());
+        QVERIFY(q.exec(QStringLiteral("UPDATE Ustawienia SET Nowe=1, Eliksir=1")));
+        QVERIFY(q.exec(QStringLiteral("UPDATE Ustawienia2 SET MargLewy=3, MargPrawy=-7")));
+    }
+    frmUstawienia w;
+    QCOMPARE(shown(&w), expected);
+    QCOMPARE(child<QLabel>(&w, QStringLiteral("lblPath"))->text(), m_env->root() + QLatin1Char('/'));
+    QCOMPARE(key("Eliksir"), QStringLiteral("<brak>")); // opening writes nothing
+}
+
+void TestUstawienia::savesEverywhereAtOnce()
+{
+    // Second rows are never the ones that count.
+    QSqlQuery q(Db());
+    QVERIFY(q.exec(QStringLiteral("INSERT INTO Ustawienia2 (MargLewy, MargPrawy) VALUES (9, 9)")));
+    frmUstawienia w;
+    w.show();
+    child<QComboBox>(&w, QStringLiteral("lstdrukna"))->setCurrentIndex(1);
+    child<QComboBox>(&w, QStringLiteral("lstDrukarki"))->setCurrentIndex(2);
+    m_fontAnswers = {QStringLiteral("DejaVu Serif"), std::nullopt, QStringLiteral("Liberation Mono")};
+    for (const char *b : {"cmdZmienFont_0", "cmdZmienFont_1", "cmdZmienFont_2"}) // the second one cancelled
+        click(&w, b);
+    child(&w, QStringLiteral("txtMargin_0"))->setText(QStringLiteral("4"));
+    child(&w, QStringLiteral("txtMargin_1"))->setText(QStringLiteral("-12"));
+    child<QCheckBox>(&w, QStringLiteral("chkDrukStareWzory"))->setChecked(true);
+    child<QCheckBox>(&w, QStringLiteral("chkElixir"))->setChecked(true);
+    child<QRadioButton>(&w, QStringLiteral("optdrukzlgr_1"))->setChecked(true);
+    click(&w, "cmdok");
+
+    QVERIFY2(m_dialogs->calls.isEmpty(), qPrintable(m_dialogs->calls.value(0).text));
+    QVERIFY(!w.isVisible()); // OK closes
+    QCOMPARE(QStringList({key("DrukujNa"), key("Drukarka"), key("NazwaFontuScreen"), key("NazwaFontuPrinter"),
+                          key("NazwaFontuLista"), key("DrukZlGr"), key("Eliksir")}),
+             (QStringList{"1", "1", "DejaVu Serif", "Arial CE", "Liberation Mono", "1", "1"}));
+    QCOMPARE(stored(FirstRows), QStringLiteral("0010001|4,-12"));
+    QCOMPARE(stored(QStringLiteral("SELECT group_concat(MargLewy) FROM Ustawienia2")), QStringLiteral("4,9"));
+    QCOMPARE(globals(), QStringLiteral("0010001|4,-12|1"));
+    const AppState &s = appState();
+    QCOMPARE(QStringList({s.fontScreen, s.fontPrinter, s.fontLista}),
+             (QStringList{"DejaVu Serif", "Arial CE", "Liberation Mono"}));
+
+    // The next opening of the firm reads it all back.
+    QVERIFY(OpenDb(firmFile()));
+    QCOMPARE(globals(), QStringLiteral("0010001|4,-12|1"));
+    frmUstawienia again;
+    QCOMPARE(shown(&again).section(QLatin1Char('|'), 0, 6),
+             QStringLiteral("Ekranie|Księgowość|DejaVu Serif,Arial CE,Liberation Mono|4,-12|1|0010001|Przelew.pli"));
+}
+
+void TestUstawienia::todayForThisRunOnly()
+{
+    frmUstawienia w;
+    w.show();
+    child(&w, QStringLiteral("txtDataDzis"))->setText(QStringLiteral("3-1-2027"));
+    click(&w, "cmdzmien");
+    QVERIFY(w.isVisible()); // "Zmień" saves and stays
+    QCOMPARE(appState().today, QDate(2027, 1, 3));
+    QVERIFY(!appState().todayForRun);
+    QCOMPARE(child(&w, QStringLiteral("txtDataDzis"))->text(), QStringLiteral("03-01-2027"));
+    QFile settings(SettingsStore::fileName(SettingsStore::App));
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    QVERIFY(!settings.readAll().contains("2027"));
+
+    QVERIFY(OpenDb(firmFile()));
+    QCOMPARE(appState().today, QDate::currentDate());
+}
+
+void TestUstawienia::badInputRefused_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("margin with a fraction") << "txtMargin_0" << "2,5" << "'2,5' nie jest liczbą całkowitą.";
+    QTest::newRow("margin not a number") << "txtMargin_1" << "1-2" << "'1-2' nie jest liczbą.";
+    QTest::newRow("margin empty") << "txtMargin_1" << " " << "To pole nie może być puste";
+    QTest::newRow("margin too large") << "txtMargin_0" << "40000" << "'40000' przekracza zakres";
+    QTest::newRow("no such day") << "txtDataDzis" << "30-02-2026" << "'30-02-2026' nie jest datą.";
+    QTest::newRow("date empty") << "txtDataDzis" << "" << "To pole nie może być puste";
+}
+
+void TestUstawienia::badInputRefused()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, value);
+    QFETCH(QString, message);
+    const QString before = stored(FirstRows) + globals();
+    frmUstawienia w;
+    w.show();
+    auto *tabs = child<QTabWidget>(&w, QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(2); // the wrong field is on another page
+    child<QComboBox>(&w, QStringLiteral("lstdrukna"))->setCurrentIndex(1);
+    child<QCheckBox>(&w, QStringLiteral("ChkDrukSzary"))->toggle();
+    QLineEdit *edit = child(&w, field);
+    edit->setText(value);
+    click(&w, "cmdok");
+
+    QVERIFY2(m_dialogs->saw(message), qPrintable(m_dialogs->calls.value(0).text));
+    QCOMPARE(m_dialogs->calls.size(), 1);
+    QVERIFY(w.isVisible());
+    QCOMPARE(w.focusWidget(), edit);
+    QVERIFY(tabs->currentWidget()->isAncestorOf(edit));
+    QCOMPARE(key("DrukujNa"), QStringLiteral("<brak>"));
+    QCOMPARE(stored(FirstRows) + globals(), before);
+    QCOMPARE(appState().today, QDate(2026, 4, 30));
+}
+
+void TestUstawienia::readOnlyFirmRefuses()
+{
+    CloseDb();
+    openFirm(true);
+    QVERIFY(firmReadOnly());
+    const QString before = stored(FirstRows) + globals();
+    frmUstawienia w;
+    w.show();
+    child<QCheckBox>(&w, QStringLiteral("chkDrukDaty"))->toggle();
+    child(&w, QStringLiteral("txtDataDzis"))->setText(QStringLiteral("01-01-2030"));
+    click(&w, "cmdok");
+    QVERIFY(m_dialogs->saw(QStringLiteral("tylko do odczytu")));
+    QVERIFY(w.isVisible());
+    QCOMPARE(key("DrukujNa"), QStringLiteral("<brak>"));
+    QCOMPARE(stored(FirstRows) + globals(), before);
+    QCOMPARE(appState().today, QDate(2026, 4, 30));
+}
+
+void TestUstawienia::menuCommandOpensIt()
+{
+    frmglowna main;
+    main.show();
+    main.openStartFirm(firmFile());
+    main.command(QStringLiteral("mnuustawbar"))->trigger();
+    QWidget *w = main.childWindow(QStringLiteral("frmUstawienia"));
+    QVERIFY(w);
+    QCOMPARE(w->windowTitle(), QStringLiteral("Ustawienia"));
+    click(w, "cmdkoniec");
+    QTRY_VERIFY(!main.childWindow(QStringLiteral("frmUstawienia")));
+    main.QueryQuit();
+}
+
+QTEST_MAIN(TestUstawienia)
+#include "tst_ustawienia.moc"

@@ -1,0 +1,441 @@
+#include "AppState.h"
+#include "Firm.h"
+#include "PdfReader.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "db/FirmDatabase.h"
+#include "documents/Accounts.h"
+#include "documents/ContractorStore.h"
+#include "documents/DocumentStore.h"
+#include "documents/FirmData.h"
+#include "documents/frmKontrahenci.h"
+#include "documents/frmprzelew.h"
+#include "exchange/Elixir.h"
+#include "frmglowna.h"
+#include "print/PrintEngine.h"
+#include "print/SlipDrivers.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QPushButton>
+#include <QSqlQuery>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+template <typename T = QWidget>
+T *child(QWidget *window, const QString &name)
+{
+    T *w = window->findChild<T *>(name);
+    if (!w)
+        qFatal("no control %s", qPrintable(name));
+    return w;
+}
+
+void fill(QWidget *window, std::initializer_list<std::pair<const char *, const char *>> fields)
+{
+    for (const auto &[name, value] : fields)
+        child<QLineEdit>(window, QLatin1String(name))->setText(QString::fromUtf8(value));
+}
+
+QString stored(const QString &sql)
+{
+    QSqlQuery q(Db());
+    if (!q.exec(sql) || !q.next())
+        return QStringLiteral("<brak>");
+    return q.value(0).toString();
+}
+
+QString balance3()
+{
+    return stored(QStringLiteral("SELECT STAN_KONTA3 FROM firma"));
+}
+
+// A document of `kind` filled in as a user would, paid from "mBank" (account 3).
+std::unique_ptr<frmprzelew> filledWindow(int kind, const char *name = "Hurtownia Gęśla")
+{
+    auto w = std::make_unique<frmprzelew>(qint16(0), qint16(kind));
+    w->show();
+    child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(1);
+    fill(w.get(), {{"txtnazwa", name}, {"txtulica", "Kwiatowa 7"}, {"txtkod", "31-000"}, {"txtmiasto", "Kraków"},
+                   {"txtbank", "Bank Odbiorcy"}, {"txtkonto", "45 1140 2004"}, {"txtzadokument", "Faktura 12/2026"},
+                   {"txtwartosc", "1 234,50"}, {"txtdata", "05-03-2026"}});
+    if (kind == 5) {
+        fill(w.get(), {{"txtWartoscZus", "1234,5"}});
+        child<QComboBox>(w.get(), QStringLiteral("lstTypWpl"))->setCurrentIndex(6);
+    }
+    if (kind == 6) {
+        fill(w.get(), {{"txtWartoscPod", "1234,50"}, {"txtsymbol", "VAT-7"}, {"txtNrOkresu", "03"}});
+        child<QComboBox>(w.get(), QStringLiteral("lstTypOkresu"))->setCurrentIndex(3);
+    }
+    return w;
+}
+
+void click(QWidget *window, const QString &name)
+{
+    child<QPushButton>(window, name)->click();
+}
+
+} // namespace
+
+class TestFrmPrzelew : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
+    void init();
+    void cleanup();
+
+    void issueEachKind_data();
+    void issueEachKind();
+    void recipientJoinsDictionaryOnce();
+    void amountQuestion_data();
+    void amountQuestion();
+    void correction_data();
+    void correction();
+    void printRouteOfWindow_data();
+    void printRouteOfWindow();
+    void refusedSave_data();
+    void refusedSave();
+    void keysAndLeaving();
+    void contractorChosen();
+    void menuOpensOneWindowPerKind();
+
+private:
+    qint32 issued(int kind);
+    std::unique_ptr<TestEnv> m_env;
+    std::unique_ptr<RecordingDialogs> m_dialogs;
+    QString m_pdf;
+    int m_files = 0;
+};
+
+void TestFrmPrzelew::init()
+{
+    m_dialogs = std::make_unique<RecordingDialogs>();
+    const QString path = m_env->newPath(QStringLiteral("dok%1.zlc").arg(++m_files));
+    QString error;
+    QVERIFY2(FirmDatabase::create(path, &error), qPrintable(error));
+    QVERIFY(OpenDb(path));
+    FirmData firm;
+    firm.nazwa = QStringLiteral("Zakład Żółć");
+    firm.nazwaSkrocona = QStringLiteral("ŻÓŁĆ");
+    firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money()};
+    firm.accounts[2] = {QStringLiteral("mBank"), QStringLiteral("33 3333"), Money::fromZlote(5000)};
+    QVERIFY(FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set()));
+    appState().eliksir = 0;
+    registerSlipDrivers();
+    m_pdf = m_env->newPath(QStringLiteral("slip%1.pdf").arg(m_files));
+    PrintEngine::instance().setPrinterFactory([this] { return std::make_unique<PdfSurface>(m_pdf); });
+    m_dialogs->clear();
+}
+
+void TestFrmPrzelew::cleanup()
+{
+    CloseDb();
+    m_dialogs.reset();
+}
+
+qint32 TestFrmPrzelew::issued(int kind)
+{
+    auto w = filledWindow(kind);
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    return w->currentId();
+}
+
+void TestFrmPrzelew::issueEachKind_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("flags"); // ZUS_CzyZus|POD_CzyPodatki
+    QTest::addColumn<QString>("printed"); // a word of the slip
+    QTest::newRow("transfer") << 1 << "0|0" << "Gęśla";
+    QTest::newRow("deposit") << 2 << "0|0" << "Gęśla";
+    QTest::newRow("postal to account") << 3 << "0|0" << "Gęśla";
+    QTest::newRow("named postal") << 4 << "0|0" << "Gęśla";
+    QTest::newRow("ZUS") << 5 << "1|0" << "Społecznych";
+    QTest::newRow("tax") << 6 << "0|1" << "VAT-7";
+}
+
+void TestFrmPrzelew::issueEachKind()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, flags);
+    QFETCH(QString, printed);
+    auto w = filledWindow(kind);
+    QCOMPARE(child<QLabel>(w.get(), QStringLiteral("lblrodzaj"))->text(), DocumentKinds::name(qint16(kind)));
+    QCOMPARE(child<QLabel>(w.get(), QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 3333"));
+    click(w.get(), QStringLiteral("cmdwystaw"));
+
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("question")).value(0).text, QStringLiteral("Czy drukowac kwotę?"));
+    QVERIFY(!m_dialogs->saw(QStringLiteral("nie może")) && !m_dialogs->saw(QStringLiteral("Przechwycony")));
+    QVERIFY(w->currentId() > 0);
+    const QString where = QStringLiteral(" FROM zlecanki WHERE id=") + QString::number(w->currentId());
+    QCOMPARE(stored(QStringLiteral("SELECT rodzaj || '|' || banknr || '|' || bank_firmy || '|' || konto_firmy || '|' || "
+                                   "wartosc || '|' || data_dokumentu") + where),
+             QStringLiteral("%1|3|mBank|33 3333|12345000|2026-03-05").arg(kind));
+    QCOMPARE(stored(QStringLiteral("SELECT ZUS_CzyZus || '|' || POD_CzyPodatki") + where), flags);
+    if (kind == 5)
+        QCOMPARE(stored(QStringLiteral("SELECT ZUS_TypWplaty || '|' || ZUS_NrDeklaracji") + where), QStringLiteral("6|01"));
+    if (kind == 6)
+        QCOMPARE(stored(QStringLiteral("SELECT POD_TypOkresu || '|' || POD_Symbol") + where), QStringLiteral("3|VAT-7"));
+    QCOMPARE(balance3(), QStringLiteral("37655000")); // 5000,00 - 1234,50
+    QCOMPARE(Accounts::list()[2].balance.kwota(), QStringLiteral("3 765,50"));
+    const PdfContent pdf = readPdf(m_pdf);
+    QVERIFY(pdf.ok);
+    // Character boxes hold one letter each.
+    QVERIFY2(pdf.text().remove(QLatin1Char(' ')).contains(printed), qPrintable(pdf.text()));
+
+    // Ready for the next document, from the same account and date.
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->text(), QString());
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtwartosc"))->text(), QString());
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtdata"))->text(), QStringLiteral("05-03-2026"));
+    QCOMPARE(child<QComboBox>(w.get(), QStringLiteral("lstbank"))->currentText(), QStringLiteral("mBank"));
+}
+
+void TestFrmPrzelew::recipientJoinsDictionaryOnce()
+{
+    const qint32 first = issued(1);
+    auto w = filledWindow(4);
+    fill(w.get(), {{"txtulica", "Inna 1"}});
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    const qint32 second = w->currentId();
+    QVERIFY(first > 0 && second > first);
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || ulica FROM kontrahenci WHERE nazwa='Hurtownia Gęśla'")),
+             QStringLiteral("1|Kwiatowa 7"));
+    const QString contractor = stored(QStringLiteral("SELECT id FROM kontrahenci"));
+    QCOMPARE(stored(QStringLiteral("SELECT count(DISTINCT klient_id) || '|' || max(klient_id) FROM zlecanki")),
+             QStringLiteral("1|") + contractor);
+}
+
+void TestFrmPrzelew::amountQuestion_data()
+{
+    QTest::addColumn<bool>("answer");
+    QTest::newRow("amount printed") << true;
+    QTest::newRow("amount left out") << false;
+}
+
+void TestFrmPrzelew::amountQuestion()
+{
+    QFETCH(bool, answer);
+    m_dialogs->answers = {answer};
+    const qint32 id = issued(1);
+    QCOMPARE(stored(QStringLiteral("SELECT wartosc FROM zlecanki WHERE id=") + QString::number(id)),
+             QStringLiteral("12345000"));
+    const QString text = readPdf(m_pdf).text().remove(QLatin1Char(' '));
+    QVERIFY(text.contains(QStringLiteral("HurtowniaGęśla")));
+    QCOMPARE(text.contains(QStringLiteral("tysiąc")), answer);
+    QCOMPARE(text.contains(QStringLiteral("1234.50")), answer);
+}
+
+void TestFrmPrzelew::correction_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("amount"); // empty: left as it is
+    QTest::addColumn<QString>("balance");
+    QTest::newRow("unchanged") << 1 << "" << "37655000";
+    QTest::newRow("lowered") << 1 << "1000" << "40000000";
+    QTest::newRow("ZUS unchanged") << 5 << "" << "37655000";
+    QTest::newRow("tax raised") << 6 << "2000" << "30000000";
+}
+
+void TestFrmPrzelew::correction()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, amount);
+    QFETCH(QString, balance);
+    const qint32 id = issued(kind);
+    frmprzelew w(1, qint16(kind), id);
+    QCOMPARE(w.windowTitle(), QStringLiteral("Dokument - [Wprowadzanie]"));
+    QCOMPARE(child<QPushButton>(&w, QStringLiteral("cmdwystaw"))->text(), QStringLiteral("&Popraw"));
+    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtnazwa"))->text(), QStringLiteral("Hurtownia Gęśla"));
+    QCOMPARE(child<QLabel>(&w, QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 3333"));
+    const QString amountField = kind == 5 ? "txtWartoscZus" : kind == 6 ? "txtWartoscPod" : "txtwartosc";
+    QCOMPARE(child<QLineEdit>(&w, amountField)->text(), QStringLiteral("1 234,50"));
+    if (!amount.isEmpty())
+        child<QLineEdit>(&w, amountField)->setText(amount);
+    click(&w, QStringLiteral("cmdwystaw"));
+    QCOMPARE(w.currentId(), id);
+    QCOMPARE(balance3(), balance);
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("1"));
+    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtnazwa"))->text(), QStringLiteral("Hurtownia Gęśla"));
+}
+
+void TestFrmPrzelew::printRouteOfWindow_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("job");
+    QTest::newRow("ZUS issued") << 0 << 5 << "dprzelewZus portrait";
+    QTest::newRow("ZUS viewed") << 2 << 5 << "dprzelew portrait";
+    QTest::newRow("tax corrected") << 1 << 6 << "dprzelew landscape";
+    QTest::newRow("tax viewed") << 2 << 6 << "dprzelew portrait";
+    QTest::newRow("transfer viewed") << 2 << 1 << "dprzelew landscape";
+}
+
+void TestFrmPrzelew::printRouteOfWindow()
+{
+    QFETCH(int, mode);
+    QFETCH(int, kind);
+    QFETCH(QString, job);
+    QStringList jobs;
+    for (const QString &word : {QStringLiteral("dprzelew"), QStringLiteral("dprzelewZus")})
+        PrintEngine::instance().setDriver(word, [word, &jobs](PrintEngine &e) {
+            jobs << word + (e.job().orientation == QPageLayout::Landscape ? QStringLiteral(" landscape")
+                                                                          : QStringLiteral(" portrait")) +
+                        QLatin1Char(' ') + e.job().parameter.toString();
+            e.DrukTekst(QStringLiteral("x"), 0, 0);
+        });
+    std::unique_ptr<frmprzelew> w;
+    qint32 id = 0;
+    if (mode == 0) {
+        w = filledWindow(kind);
+    } else {
+        id = issued(kind);
+        jobs.clear();
+        w = std::make_unique<frmprzelew>(qint16(mode), qint16(kind), id);
+    }
+    const QString before = stored(QStringLiteral("SELECT count(*) || '|' || max(data_sesji) FROM zlecanki")) + balance3();
+    if (mode == 2) {
+        QCOMPARE(w->windowTitle(), QStringLiteral("Dokument [Przeglądanie]"));
+        QCOMPARE(child<QPushButton>(w.get(), QStringLiteral("cmdwystaw"))->text(), QStringLiteral("&Drukuj"));
+        QVERIFY(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->isReadOnly());
+    }
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    QCOMPARE(jobs, QStringList{job + QLatin1Char(' ') + QString::number(w->currentId())});
+    if (mode == 2)
+        QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(data_sesji) FROM zlecanki")) + balance3(), before);
+}
+
+void TestFrmPrzelew::refusedSave_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("field"); // set to `value`; "elixir" and "database" break the save instead
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("postal code") << 1 << "txtkod" << "00950" << "'00950' nie jest kodem pocztowym.";
+    QTest::newRow("amount") << 2 << "txtwartosc" << "12,3x" << "'12,3x' nie jest kwotą.";
+    QTest::newRow("date") << 3 << "txtdata" << "31-02-2026" << "'31-02-2026'";
+    QTest::newRow("NIP") << 4 << "txtNIP" << "1234567890" << "nie jest numerem NIP-u.";
+    QTest::newRow("no recipient") << 1 << "txtnazwa" << "" << "To pole nie może być puste";
+    QTest::newRow("no title") << 4 << "txtzadokument" << "" << "To pole nie może być puste";
+    QTest::newRow("no recipient account") << 6 << "txtkonto" << "" << "To pole nie może być puste";
+    QTest::newRow("no ZUS amount") << 5 << "txtWartoscZus" << "" << "To pole nie może być puste";
+    QTest::newRow("Elixir file") << 1 << "elixir" << "" << "Przechwycony błąd:";
+    QTest::newRow("database") << 1 << "database" << "" << "Przechwycony błąd:";
+}
+
+void TestFrmPrzelew::refusedSave()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, field);
+    QFETCH(QString, value);
+    QFETCH(QString, message);
+    auto w = filledWindow(kind, "Nowy Odbiorca");
+    QApplication::setActiveWindow(w.get());
+    if (field == QLatin1String("elixir")) {
+        appState().eliksir = 1;
+        QVERIFY(QDir().mkpath(Elixir::filePath(firmFile()))); // a folder where the file should be
+    } else if (field == QLatin1String("database")) {
+        // The balance cannot be written: the row and the new contractor must go too.
+        QSqlQuery q(Db());
+        QVERIFY(q.exec(QStringLiteral("CREATE TRIGGER blokada BEFORE UPDATE ON firma "
+                                      "BEGIN SELECT RAISE(ABORT, 'zablokowane'); END")));
+    } else {
+        child<QLineEdit>(w.get(), field)->setText(value);
+    }
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    QVERIFY2(m_dialogs->saw(message), qPrintable(m_dialogs->calls.last().text));
+    if (field.startsWith(QLatin1String("txt")))
+        QCOMPARE(QApplication::focusWidget(), child(w.get(), field));
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("0"));
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM kontrahenci")), QStringLiteral("0"));
+    QCOMPARE(balance3(), QStringLiteral("50000000"));
+    QCOMPARE(Accounts::list()[2].balance, Money::fromZlote(5000));
+    QVERIFY(!QFileInfo::exists(m_pdf));
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->text(),
+             field == QLatin1String("txtnazwa") ? QString() : QStringLiteral("Nowy Odbiorca"));
+    appState().eliksir = 0;
+}
+
+void TestFrmPrzelew::keysAndLeaving()
+{
+    auto w = filledWindow(1);
+    QApplication::setActiveWindow(w.get());
+    auto *amount = child<QLineEdit>(w.get(), QStringLiteral("txtwartosc"));
+    amount->setText(QStringLiteral("1234,5"));
+    amount->setFocus();
+    QTest::keyClick(amount, Qt::Key_Return);
+    QCOMPARE(amount->text(), QStringLiteral("1 234,50"));
+    auto *date = child<QLineEdit>(w.get(), QStringLiteral("txtdata"));
+    QCOMPARE(QApplication::focusWidget(), date);
+    date->setText(QStringLiteral("5.3.2026"));
+    QTest::keyClick(date, Qt::Key_Enter);
+    QCOMPARE(date->text(), QStringLiteral("05-03-2026"));
+    QVERIFY(m_dialogs->calls.isEmpty());
+
+    auto *kod = child<QLineEdit>(w.get(), QStringLiteral("txtkod"));
+    kod->setText(QStringLiteral("123456"));
+    kod->setFocus();
+    QTest::keyClick(kod, Qt::Key_Return);
+    QVERIFY(m_dialogs->saw(QStringLiteral("'123456' nie jest kodem pocztowym.")));
+}
+
+void TestFrmPrzelew::contractorChosen()
+{
+    const qint32 id = *ContractorStore::insert(
+        Db(), Contractor{0, QStringLiteral("Młyn"), {}, QStringLiteral("Polna 2"), QStringLiteral("00-950"),
+                         QStringLiteral("Warszawa"), {}, QStringLiteral("Bank Młyna"), QStringLiteral("99 9999")});
+    for (bool byKey : {true, false}) {
+        frmprzelew w(0, 1);
+        w.show();
+        QApplication::setActiveWindow(&w);
+        auto *name = child<QLineEdit>(&w, QStringLiteral("txtnazwa"));
+        if (byKey) {
+            name->setFocus();
+            QTest::keyClick(name, Qt::Key_F2);
+        } else {
+            click(&w, QStringLiteral("cmdSzukaj"));
+        }
+        frmKontrahenci *dictionary = nullptr;
+        for (QWidget *top : QApplication::topLevelWidgets())
+            if (auto *d = qobject_cast<frmKontrahenci *>(top); d && d->isVisible())
+                dictionary = d;
+        QVERIFY(dictionary);
+        QVERIFY(dictionary->showContractor(id));
+        click(dictionary, QStringLiteral("cmdwybierz"));
+        QCOMPARE(name->text(), QStringLiteral("Młyn"));
+        QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkod"))->text(), QStringLiteral("00-950"));
+        QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkonto"))->text(), QStringLiteral("99 9999"));
+    }
+}
+
+void TestFrmPrzelew::menuOpensOneWindowPerKind()
+{
+    frmglowna main;
+    main.show();
+    main.LoadFirma();
+    for (int i : {4, 0, 4}) {
+        QAction *command = main.command(QStringLiteral("mnuzlecanki_%1").arg(i));
+        QVERIFY(command->isEnabled());
+        command->trigger();
+    }
+    QCOMPARE(main.mdiArea()->subWindowList().size(), 2);
+    auto *zus = main.childWindow(QStringLiteral("frmprzelew_5"));
+    QVERIFY(zus);
+    QCOMPARE(child<QLabel>(zus, QStringLiteral("lblrodzaj"))->text(), QStringLiteral("Przelew na konto ZUS"));
+    QVERIFY(child(zus, QStringLiteral("frmZus"))->isVisible());
+    QVERIFY(!child(zus, QStringLiteral("frmPodatki"))->isVisible());
+    QVERIFY(!child(zus, QStringLiteral("txtwartosc"))->isVisible());
+    QCOMPARE(child<QLineEdit>(zus, QStringLiteral("txtNrDekl"))->text(), QStringLiteral("01"));
+    QCOMPARE(child<QLineEdit>(zus, QStringLiteral("txtWartoscZus"))->text(), QStringLiteral("0,00"));
+    QVERIFY(main.childWindow(QStringLiteral("frmprzelew_1")));
+    main.closeAllWindows();
+}
+
+QTEST_MAIN(TestFrmPrzelew)
+#include "tst_frmprzelew.moc"
