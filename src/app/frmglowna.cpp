@@ -88,7 +88,10 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
     connect(&FirmEvents::instance(), &FirmEvents::closed, this, &frmglowna::UkryjMenu);
     connect(&FirmEvents::instance(), &FirmEvents::openFailed, this, &frmglowna::UkryjMenu);
     connect(&FirmEvents::instance(), &FirmEvents::progress, this, [this](const QString &text, int percent) {
-        statusBar()->showMessage(text + QStringLiteral("... ") + QString::number(percent) + QLatin1Char('%'), 1500);
+        if (percent >= 100)
+            statusBar()->clearMessage();
+        else
+            statusBar()->showMessage(text + QStringLiteral("... ") + QString::number(percent) + QLatin1Char('%'));
     });
     connect(m_mdi, &QMdiArea::subWindowActivated, this, &frmglowna::updateWindowList);
 
