@@ -4,12 +4,9 @@
 // (field checks, required fields, the row, the balance and the recipient in one
 // transaction) to its return; the target is a median under 5 ms.
 #include "AppState.h"
-#include "Dialogs.h"
+#include "BenchFirm.h"
 #include "Firm.h"
-#include "db/FirmDatabase.h"
 #include "documents/ContractorStore.h"
-#include "documents/DocumentStore.h"
-#include "documents/FirmData.h"
 #include "documents/frmprzelew.h"
 
 #include <QApplication>
@@ -30,12 +27,6 @@ namespace {
 constexpr int Stored = 100000;
 constexpr int Issued = 1000;
 
-void quietWindowWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (!message.contains(QLatin1String("propagateSizeHints")))
-        std::fprintf(stderr, "%s%s\n", type == QtWarningMsg ? "warning: " : "", qPrintable(message));
-}
-
 // A firm with years of documents: one stored through the core, then copied in bulk.
 bool fillFirm()
 {
@@ -43,12 +34,7 @@ bool fillFirm()
         ContractorStore::insert(Db(), Contractor{0, QStringLiteral("Kontrahent %1").arg(i), {}, QStringLiteral("Polna 1"),
                                                  QStringLiteral("00-950"), QStringLiteral("Warszawa"), {},
                                                  QStringLiteral("Bank"), QStringLiteral("12 3456")});
-    PaymentDocument d = PaymentDocument::newDocument(1, QDate(2025, 1, 2));
-    d.banknr = 1;
-    d.klientNazwa = QStringLiteral("Kontrahent 1");
-    d.zaDokumentNazwa = QStringLiteral("Faktura VAT 1/2025");
-    d.wartosc = Money::fromGrosze(12345);
-    if (!DocumentStore::insert(Db(), d))
+    if (fillDocuments(1).isEmpty())
         return false;
     QSqlQuery q(Db());
     QStringList columns;
@@ -80,25 +66,11 @@ void type(QWidget *w, const char *name, const QString &text)
 
 int main(int argc, char **argv)
 {
-    qInstallMessageHandler(quietWindowWarnings);
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", (home.path() + QStringLiteral("/config")).toLocal8Bit());
-    qputenv("XDG_DATA_HOME", (home.path() + QStringLiteral("/data")).toLocal8Bit());
+    prepareBenchHome(home);
     QApplication app(argc, argv);
-    initPaths();
-    ConsoleDialogs console;
-    setDialogs(&console);
-
-    const QString file = home.path() + QStringLiteral("/firma.zlc");
-    if (!FirmDatabase::create(file, nullptr) || !OpenDb(file))
+    if (!openBenchFirm(home, benchFirm()))
         return 1;
-    FirmData firm;
-    firm.nazwa = QStringLiteral("Zakład Ślusarski Żółć");
-    firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"),
-                        Money::fromZlote(1000000)};
-    FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set());
     appState().eliksir = 0;
 
     QElapsedTimer fillTime;

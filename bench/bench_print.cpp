@@ -2,12 +2,10 @@
 //  - 1,000 stored documents of every kind, each read from the firm and drawn on its slip,
 //    into one PDF file: slips a second;
 //  - the preview of one slip: from the print command to the preview window painted.
-#include "AppState.h"
+#include "BenchFirm.h"
 #include "Dialogs.h"
 #include "Firm.h"
-#include "db/FirmDatabase.h"
 #include "documents/DocumentStore.h"
-#include "documents/FirmData.h"
 #include "print/DocumentSlips.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
@@ -16,7 +14,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
@@ -28,72 +25,22 @@ namespace {
 
 constexpr int Documents = 1000;
 
-// Documents as users issue them: every kind, names and titles of usual lengths.
-QList<qint32> fill(int count)
-{
-    QRandomGenerator rng(11);
-    QSqlQuery(Db()).exec(QStringLiteral("PRAGMA synchronous = OFF"));
-    QList<qint32> ids;
-    const QStringList names = {QStringLiteral("Hurtownia Gęśla Sp. z o.o."), QStringLiteral("Jan Żółtowski"),
-                               QStringLiteral("Urząd Skarbowy Łódź-Bałuty"), QStringLiteral("PPHU Świt")};
-    for (int i = 0; i < count; ++i) {
-        PaymentDocument d = PaymentDocument::newDocument(qint16(1 + i % 6), QDate(2026, 3, 5));
-        d.kontoFirmy = QStringLiteral("12 1020 1026 0000 1234 5678 9012");
-        d.klientNazwa = names.at(i % names.size());
-        d.klientUlica = QStringLiteral("ul. Kwiatowa %1").arg(1 + rng.bounded(99));
-        d.klientKod = QStringLiteral("31-000");
-        d.klientMiasto = QStringLiteral("Kraków");
-        d.klientBank = QStringLiteral("mBank");
-        d.klientKonto = QStringLiteral("45 1140 2004 0000 3002 0123 4567");
-        d.zaDokumentNazwa = QStringLiteral("Faktura VAT %1/2026").arg(i + 1);
-        d.wartosc = Money::fromGrosze(1 + rng.bounded(10000000));
-        d.zus.nrRachunku = qint16(rng.bounded(4));
-        if (const auto id = DocumentStore::insert(Db(), d))
-            ids << *id;
-    }
-    return ids;
-}
-
 double median(QList<double> v)
 {
     std::sort(v.begin(), v.end());
     return v.at(v.size() / 2);
 }
 
-// The offscreen platform warns of every window it cannot size; the figures are what matters.
-void quietWindowWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (!message.contains(QLatin1String("propagateSizeHints")))
-        std::fprintf(stderr, "%s%s\n", type == QtWarningMsg ? "warning: " : "", qPrintable(message));
-}
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    qInstallMessageHandler(quietWindowWarnings);
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", (home.path() + QStringLiteral("/config")).toLocal8Bit());
-    qputenv("XDG_DATA_HOME", (home.path() + QStringLiteral("/data")).toLocal8Bit());
+    prepareBenchHome(home);
     QApplication app(argc, argv);
-    initPaths();
-    ConsoleDialogs console;
-    setDialogs(&console);
-
-    const QString file = home.path() + QStringLiteral("/firma.zlc");
-    if (!FirmDatabase::create(file, nullptr) || !OpenDb(file))
+    if (!openBenchFirm(home, benchFirm()))
         return 1;
-    FirmData firm;
-    firm.nazwa = QStringLiteral("Zakład Ślusarski Żółć");
-    firm.ulica = QStringLiteral("Długa");
-    firm.nrDomu = QStringLiteral("5");
-    firm.kod = QStringLiteral("90-001");
-    firm.miasto = QStringLiteral("Łódź");
-    firm.nip = QStringLiteral("526-104-08-28");
-    FirmStore::save(Db(), firm, {});
-    const QList<qint32> ids = fill(Documents);
+    const QList<qint32> ids = fillDocuments(Documents);
     registerSlipDrivers();
     PrintEngine &engine = PrintEngine::instance();
 

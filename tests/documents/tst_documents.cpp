@@ -1,6 +1,7 @@
 #include "Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
+#include "TestFirm.h"
 #include "db/FirmDatabase.h"
 #include "documents/Accounts.h"
 #include "documents/ChoiceLists.h"
@@ -20,15 +21,6 @@ namespace {
 Money zl(const char *text)
 {
     return Money::parse(QString::fromUtf8(text)).value();
-}
-
-// A value of the open firm's database, straight from SQL.
-QVariant stored(const QString &sql)
-{
-    QSqlQuery q(Db());
-    if (!q.exec(sql) || !q.next())
-        return QStringLiteral("<brak>");
-    return q.value(0);
 }
 
 int count(const char *table)
@@ -70,11 +62,8 @@ private:
 
 void TestDocuments::init()
 {
-    const QString path = m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files));
-    QString error;
-    QVERIFY2(FirmDatabase::create(path, &error), qPrintable(error));
     RecordingDialogs quiet;
-    QVERIFY(OpenDb(path));
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files))));
 }
 
 void TestDocuments::kindNames_data()
@@ -208,8 +197,7 @@ void TestDocuments::blocksStoredWhateverTheKind()
     // then the tax block (years from 1999); the amount in exact units, no floating point.
     QCOMPARE(stored(QStringLiteral("SELECT ZUS_NrRachunku || '|' || ZUS_TypWplaty || '|' || ZUS_Rok || '|' || "
                                    "ZUS_Miesiac || '|' || ZUS_NrDeklaracji || '|' || ZUS_CzyZus || '|' || POD_Rok || "
-                                   "'|' || POD_TypOkresu || '|' || POD_CzyPodatki || '|' || WARTOSC FROM zlecanki"))
-                 .toString(),
+                                   "'|' || POD_TypOkresu || '|' || POD_CzyPodatki || '|' || WARTOSC FROM zlecanki")),
              QStringLiteral("0|%1|31|3|01|%2|27|0|%3|123400").arg(zusType).arg(czyZus).arg(czyPodatki));
     // Read back, the slip prints the type's letter: the last of the list for A, the first by default.
     QCOMPARE(ChoiceLists::letterAt(ChoiceLists::zusPaymentTypes(), DocumentStore::read(Db(), *id)->zus.typWplaty),
@@ -261,7 +249,7 @@ void TestDocuments::failedSaveChangesNothing()
     firm.accounts[0].balance = zl("5");
     QVERIFY(!FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set(), &error));
     QCOMPARE(storedBalance(1), zl("100"));
-    QCOMPARE(stored(QStringLiteral("SELECT NAZWA FROM firma")).toString(), QString());
+    QCOMPARE(stored(QStringLiteral("SELECT NAZWA FROM firma")), QString());
 }
 
 void TestDocuments::recipientJoinsDictionaryOnce()

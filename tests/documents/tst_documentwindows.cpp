@@ -1,7 +1,8 @@
 #include "Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
-#include "db/FirmDatabase.h"
+#include "TestFirm.h"
+#include "TestWidgets.h"
 #include "documents/Accounts.h"
 #include "documents/ContractorStore.h"
 #include "documents/FirmData.h"
@@ -25,39 +26,9 @@
 
 namespace {
 
-template <typename T = QWidget>
-T *child(QWidget *window, const QString &name)
-{
-    T *w = window->findChild<T *>(name);
-    if (!w)
-        qFatal("no control %s", qPrintable(name));
-    return w;
-}
-
-// Types into the named fields of a window: {"txtnazwa", "ACME"}, ...
-void fill(QWidget *window, std::initializer_list<std::pair<const char *, const char *>> fields)
-{
-    for (const auto &[name, value] : fields)
-        child<QLineEdit>(window, QLatin1String(name))->setText(QString::fromUtf8(value));
-}
-
 QString text(QWidget *window, const QString &name)
 {
     return child<QLineEdit>(window, name)->text();
-}
-
-void click(QWidget *window, const QString &name)
-{
-    child<QPushButton>(window, name)->click();
-}
-
-// A value from the open firm's database, or values joined by '|' ("SELECT A || '|' || B ...").
-QString stored(const QString &sql)
-{
-    QSqlQuery q(Db());
-    if (!q.exec(sql) || !q.next())
-        return QStringLiteral("<brak>");
-    return q.value(0).toString();
 }
 
 QStringList listed(QWidget *dictionary)
@@ -116,10 +87,7 @@ private:
 void TestDocumentWindows::init()
 {
     m_dialogs = std::make_unique<RecordingDialogs>();
-    const QString path = m_env->newPath(QStringLiteral("okna%1.zlc").arg(++m_files));
-    QString error;
-    QVERIFY2(FirmDatabase::create(path, &error), qPrintable(error));
-    QVERIFY(OpenDb(path));
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("okna%1.zlc").arg(++m_files))));
     m_dialogs->clear();
 }
 

@@ -2,9 +2,7 @@
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
-#include "db/FirmDatabase.h"
-#include "documents/DocumentStore.h"
-#include "documents/FirmData.h"
+#include "TestFirm.h"
 
 #include <QFile>
 #include <QProcess>
@@ -40,19 +38,10 @@ void TestPrintCommand::initTestCase()
     if (!QFile::exists(programPath()))
         QSKIP("the program is not built in this configuration");
     m_firm = m_env->newPath(QStringLiteral("firma.zlc"));
-    QVERIFY(FirmDatabase::create(m_firm, nullptr));
     RecordingDialogs quiet;
-    QVERIFY(OpenDb(m_firm));
-    FirmData firm;
-    firm.nazwa = QStringLiteral("Piekarnia Żytnia");
-    firm.nazwaSkrocona = QStringLiteral("ŻYTNIA");
-    QVERIFY(FirmStore::save(Db(), firm, {}));
+    QVERIFY(openNewFirm(m_firm, sampleFirm()));
     for (int kind : {1, 3, 5}) {
-        PaymentDocument d = PaymentDocument::newDocument(qint16(kind), QDate(2026, 3, 5));
-        d.kontoFirmy = QStringLiteral("12 1020 1026 0000 1234 5678 9012");
-        d.klientNazwa = QStringLiteral("Młyn Zbożowy");
-        d.zaDokumentNazwa = QStringLiteral("Mąka");
-        d.wartosc = *Money::parse(u"1234,5");
+        PaymentDocument d = sampleDocument(kind);
         d.zus.nrRachunku = 2;
         m_ids.insert(kind, DocumentStore::insert(Db(), d).value_or(0));
     }
@@ -91,8 +80,8 @@ void TestPrintCommand::printsToPdf_data()
         << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234.50", "tysiąc"};
     QTest::newRow("ZUS, its short name and account")
         << 5 << QStringList{} << 1
-        << QStringList{"Zakład Ubezpieczeń Społecznych", "73101010230000261395300000", "ŻYTNIA"}
-        << QStringList{"Piekarnia"};
+        << QStringList{"Zakład Ubezpieczeń Społecznych", "73101010230000261395300000", "ŻÓŁĆ SPÓŁKA"}
+        << QStringList{"Ślusarski"};
     QTest::newRow("postal order, both sides")
         << 3 << QStringList{} << 2 << QStringList{"Rodzaj zobowiązania:"} << QStringList{};
 }
@@ -129,21 +118,17 @@ void TestPrintCommand::refusesWrongUse_data()
     QTest::addColumn<QString>("message");
     const QString firm = QStringLiteral("@firm"), out = QStringLiteral("@pdf");
     QTest::newRow("nothing") << QStringList{} << 2 << "Użycie: zlecanki drukuj --firma";
-    QTest::newRow("no output") << QStringList{"--firma", firm, "--id", "1"} << 2 << "albo drukarkę";
     QTest::newRow("two outputs") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--drukarka", "X"}
                                  << 2 << "albo drukarkę";
     QTest::newRow("no copies") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--kopie", "0"} << 2
                                << "Nieprawidłowa wartość opcji --kopie";
-    QTest::newRow("id not a number") << QStringList{"--firma", firm, "--id", "pierwszy", "--pdf", out} << 2
-                                     << "Nieprawidłowa wartość opcji --id";
     QTest::newRow("unknown option") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--kolor"} << 2
                                     << "Nieznana opcja: --kolor";
     QTest::newRow("no such firm") << QStringList{"--firma", "/nie/ma/firmy.zlc", "--id", "1", "--pdf", out}
                                   << 1 << "Nie ma pliku firmy";
     QTest::newRow("no such document")
         << QStringList{"--firma", firm, "--id", "999", "--pdf", out} << 1 << "Nie ma dokumentu numer 999";
-    QTest::newRow("no such printer") << QStringList{"--firma", firm,         "--id",
-                                                    "1",       "--drukarka", "Nie-Ma-Takiej"}
+    QTest::newRow("no such printer") << QStringList{"--firma", firm, "--id", "1", "--drukarka", "Nie-Ma-Takiej"}
                                      << 1 << "Nie ma drukarki \"Nie-Ma-Takiej\"";
 }
 

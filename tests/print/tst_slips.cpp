@@ -3,13 +3,10 @@
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
-#include "db/FirmDatabase.h"
+#include "TestFirm.h"
 #include "documents/ChoiceLists.h"
-#include "documents/DocumentStore.h"
-#include "documents/FirmData.h"
 #include "print/CollectiveStatement.h"
 #include "print/PrintEngine.h"
-#include "print/SlipDrivers.h"
 #include "print/SlipLayouts.h"
 
 #include <QDir>
@@ -48,18 +45,7 @@ struct Settings {
 
 PaymentDocument document(int kind)
 {
-    PaymentDocument d = PaymentDocument::newDocument(qint16(kind), Issued);
-    d.bankFirmy = QStringLiteral("PKO BP");
-    d.kontoFirmy = QStringLiteral("12 1020 1026 0000 1234 5678 9012");
-    d.klientNazwa = QStringLiteral("Hurtownia Gęśla");
-    d.klientUlica = QStringLiteral("Kwiatowa 7");
-    d.klientKod = QStringLiteral("31-000");
-    d.klientMiasto = QStringLiteral("Kraków");
-    d.klientBank = QStringLiteral("mBank");
-    d.klientKonto = QStringLiteral("45 1140 2004 0000 3002 0123 4567");
-    d.zaDokumentNazwa = QStringLiteral("Faktura 12/2026");
-    d.wartosc = *Money::parse(u"1234,5");
-    return d;
+    return sampleDocument(kind, Issued);
 }
 
 // The characters printed in a row of boxes (one word each), joined left to right.
@@ -107,14 +93,10 @@ class TestSlips : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void captions_data();
-    void captions();
+    void printedText_data();
+    void printedText();
     void amountInBoxesAndWords_data();
     void amountInBoxesAndWords();
-    void amountOutsideBoxes_data();
-    void amountOutsideBoxes();
-    void amountLeftOut_data();
-    void amountLeftOut();
     void zusAccountAndPeriod_data();
     void zusAccountAndPeriod();
     void taxIdentifierAndPeriod_data();
@@ -124,8 +106,6 @@ private Q_SLOTS:
     void backSideAfterTurnOver_data();
     void backSideAfterTurnOver();
     void depositSlipCopies();
-    void issueDate_data();
-    void issueDate();
     void greyBoxes_data();
     void greyBoxes();
     void statement_data();
@@ -143,24 +123,10 @@ private:
 void TestSlips::initTestCase()
 {
     m_env = std::make_unique<TestEnv>();
-    const QString file = m_env->newPath(QStringLiteral("firma.zlc"));
-    QVERIFY(FirmDatabase::create(file, nullptr));
     RecordingDialogs quiet;
-    QVERIFY(OpenDb(file));
-    FirmData firm;
-    firm.nazwa = QStringLiteral("Zakład Ślusarski Żółć");
-    firm.ulica = QStringLiteral("Długa");
-    firm.nrDomu = QStringLiteral("5");
-    firm.kod = QStringLiteral("90-001");
-    firm.miasto = QStringLiteral("Łódź");
-    firm.nip = QStringLiteral("526-104-08-28");
-    firm.nazwaSkrocona = QStringLiteral("ŻÓŁĆ SPÓŁKA");
-    firm.typIdentZus = 0;
-    firm.identZus = QStringLiteral("012345678");
-    QVERIFY(FirmStore::save(Db(), firm, {}));
-    registerSlipDrivers();
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma.zlc")), sampleFirm()));
     m_pdf = m_env->newPath(QStringLiteral("wydruk.pdf"));
-    PrintEngine::instance().setPrinterFactory([this] { return std::make_unique<PdfSurface>(m_pdf); });
+    printToPdf(m_pdf);
 }
 
 PdfContent TestSlips::printJob(const QString &procedure, const QVariant &parameter)
@@ -193,7 +159,7 @@ PdfContent TestSlips::print(const PaymentDocument &doc, const Settings &settings
     return printJob(procedure, *id);
 }
 
-void TestSlips::captions_data()
+void TestSlips::printedText_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<Settings>("settings");
@@ -201,119 +167,52 @@ void TestSlips::captions_data()
     QTest::addColumn<QStringList>("absent");
     const Settings plain, old{.nowe = 1}, prePrinted{.wstawiany = 1};
     QTest::newRow("transfer") << 1 << plain
-                              << QStringList{"Polecenie przelewu",
-                                             "Nazwa odbiorcy cd.",
-                                             "l.k. nr rachunku odbiorcy",
-                                             "waluta kwota",
-                                             "kwota słownie (wpłata)",
-                                             "nr rachunku zleceniodawcy (przelew)",
-                                             "nazwa zleceniodawcy cd.",
-                                             "tytułem cd.",
-                                             "opłata:",
-                                             "pieczęć, data i podpis(y) zleceniodawcy",
-                                             "odcinek dla banku zleceniodawcy",
-                                             "odcinek dla zleceniodawcy"}
+                              << QStringList{"Polecenie przelewu", "l.k. nr rachunku odbiorcy", "kwota słownie (wpłata)",
+                                             "odcinek dla banku zleceniodawcy", "odcinek dla zleceniodawcy"}
                               << QStringList{"Wpłata gotówkowa", "odcinek dla odbiorcy"};
-    QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.",
-                                                                "odbiorca:",
-                                                                "kwota:",
-                                                                "słownie:",
-                                                                "tytułem:",
-                                                                "opłata:"}
+    QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.", "odbiorca:", "słownie:"}
                                      << QStringList{"Polecenie przelewu", "nr rachunku odbiorcy"};
     QTest::newRow("tax form") << 6 << plain
-                              << QStringList{"Nazwa organu podatkowego cd.",
-                                             "nr rachunku bankowego organu podatkowego",
-                                             "nr rachunku bankowego zobowiązanego (przelew)",
-                                             "nazwa i adres zobowiązanego cd.",
-                                             "NIP lub identyfikator uzupełniający zobowiązanego",
-                                             "typ identyfikatora",
-                                             "okres (rok, typ okresu, nr okresu)",
-                                             "symbol formul. lub płatn.",
-                                             "identyfikacja zobowiązania (rodzaj dokumentu)",
-                                             "pieczęć, data i podpis zobowiązanego"}
+                              << QStringList{"Nazwa organu podatkowego cd.", "typ identyfikatora",
+                                             "okres (rok, typ okresu, nr okresu)", "symbol formul. lub płatn."}
                               << QStringList{"tytułem"};
     QTest::newRow("tax on the old bank form")
-        << 6 << old
-        << QStringList{"Nazwa odbiorcy", "NIP lub identyfikator uzup. zobowiązanego",
-                       "symbol formularza lub płatności", "identyfikacja zobowiązania (rodzaj dokumentu)"}
+        << 6 << old << QStringList{"Nazwa odbiorcy", "NIP lub identyfikator uzup. zobowiązanego"}
         << QStringList{"tytułem", "Nazwa organu podatkowego"};
-    QTest::newRow("ZUS")
-        << 5 << plain
-        << QStringList{"Zakład Ubezpieczeń Społecznych",
-                       "Należność z tytułu składek",
-                       "01. Nr rachunku bankowego ZUS",
-                       "03. Kwota",
-                       "04. Kwota słownie",
-                       "04. Nr rachunku bankowego płatnika",
-                       "Nazwa skrócona płatnika lub nazwisko i imię płatnika cd.",
-                       "06. NIP płatnika",
-                       "08. Drugi identyfikator płatnika",
-                       "Typ. wpł.",
-                       "10. Nr dekl.",
-                       "11. Deklaracja",
-                       "12. Nr decyzji/umowy/tytułu wykonawczego",
-                       "odcinek dla banku",
-                       "odcinek dla płatnika",
-                       "Nazwisko, imię i adres wpłacającego lub pieczęć i podpisy(y) zleceniodawcy"}
-        << QStringList{};
+    QTest::newRow("ZUS") << 5 << plain
+                         << QStringList{"Zakład Ubezpieczeń Społecznych", "01. Nr rachunku bankowego ZUS",
+                                        "04. Kwota słownie", "Typ. wpł.", "odcinek dla płatnika"}
+                         << QStringList{};
     QTest::newRow("ZUS, fields only")
         << 5 << prePrinted << QStringList{Wording}
         << QStringList{"Zakład Ubezpieczeń Społecznych", "01. Nr rachunku", "odcinek dla banku"};
-    QTest::newRow("postal order to an account") << 3 << plain
-                                                << QStringList{"Odcinek dla Poczty(Banku)",
-                                                               "Odcinek dla Poczty",
-                                                               "Odcinek dla posiadacza rachunku",
-                                                               "Potwierdzenie dla wpłacającego",
-                                                               "Słownie:",
-                                                               "Wpłacający",
-                                                               "na rachunek:",
-                                                               "Bank i nr konta:",
-                                                               "Datownik",
-                                                               "Opłata zł.....",
-                                                               "podpis przyjm.",
-                                                               "Rodzaj zobowiązania:"}
-                                                << QStringList{};
+    QTest::newRow("postal order to an account")
+        << 3 << plain
+        << QStringList{"Odcinek dla Poczty(Banku)", "Potwierdzenie dla wpłacającego", "Rodzaj zobowiązania:"}
+        << QStringList{};
     QTest::newRow("named postal order")
-        << 4 << plain
-        << QStringList{"PRZEKAZ",
-                       "POCZTOWY",
-                       "Nadawca:",
-                       "Adresat:",
-                       "Świadczenia dodatkowe",
-                       "Stempel okręgowy",
-                       "Dzień nadania",
-                       "podpis kontr.",
-                       "Odcinek dla adresata",
-                       "Dowód nadania",
-                       "przekazu pocztowego",
-                       "Starannie przechowywać",
-                       "Miejsce na korespondencję",
-                       "Nr karty (listy)",
-                       "dnia..........................................200..r.",
-                       "Kwotę wymienioną na odwrocie otrzymałem",
-                       "Nr księgi wypł. przekazów",
-                       "uIszcza dodatkową opłatę za:",
-                       "możliwości jego doręczenia"}
+        << 4 << plain << QStringList{"PRZEKAZ", "POCZTOWY", "Dowód nadania", "Miejsce na korespondencję"}
         << QStringList{"Przekaz Pocztowy"};
     QTest::newRow("named postal order, fields only")
         << 4 << prePrinted << QStringList{"Przekaz Pocztowy", "Hurtownia Gęśla"}
         << QStringList{"PRZEKAZ", "Dowód nadania", "Nadawca:"};
-    QTest::newRow("bank deposit slip") << 2 << plain
-                                       << QStringList{"BANKOWY DOWÓD WPŁATY",
-                                                      "Nazwa i adres odbiorcy wpłaty:",
-                                                      "Na dobro rachunku nr:",
-                                                      "w (Banku): mBank",
-                                                      "Tytuł wpłaty:",
-                                                      "Nazwa i adres wpłacającego:",
-                                                      "Sym. planu",
-                                                      "kasowego",
-                                                      "Kwota:",
-                                                      "Stempel banku"}
-                                       << QStringList{};
+    QTest::newRow("bank deposit slip")
+        << 2 << plain << QStringList{"BANKOWY DOWÓD WPŁATY", "Na dobro rachunku nr:", "w (Banku): mBank", "Stempel banku"}
+        << QStringList{};
+    // The amount outside boxes in the firm's format, and the issue date when both the firm and user want it.
+    QTest::newRow("transfer, 123,45") << 1 << Settings{.nowe = 1} << QStringList{"1 234,50", Wording} << QStringList{};
+    QTest::newRow("deposit, 123,45 zł") << 2 << Settings{.nowe = 1, .zlGr = 1} << QStringList{"1 234,50 zł", Wording}
+                                        << QStringList{};
+    QTest::newRow("postal, 123 zł 45 gr") << 3 << Settings{.nowe = 1, .zlGr = 2}
+                                          << QStringList{"1 234 zł 50 gr", Wording} << QStringList{};
+    QTest::newRow("transfer, dated") << 1 << Settings{.data = 1} << QStringList{"05-03-2026"} << QStringList{};
+    QTest::newRow("ZUS, dated") << 5 << Settings{.data = 1} << QStringList{"05-03-2026"} << QStringList{};
+    QTest::newRow("tax, firm prints no date") << 6 << Settings{.data = 0} << QStringList{} << QStringList{"05-03-2026"};
+    QTest::newRow("transfer, user turned dates off")
+        << 1 << Settings{.data = 1, .drukDaty = 0} << QStringList{} << QStringList{"05-03-2026"};
 }
 
-void TestSlips::captions()
+void TestSlips::printedText()
 {
     QFETCH(int, kind);
     QFETCH(Settings, settings);
@@ -333,9 +232,12 @@ void TestSlips::amountInBoxesAndWords_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<Slip::Boxes>("amount");
     QTest::addColumn<Slip::Boxes>("currency");
-    QTest::newRow("transfer") << 1 << Bank.amount << Bank.currency;
-    QTest::newRow("tax") << 6 << Tax.amount << Tax.currency;
-    QTest::newRow("ZUS") << 5 << Zus.amount << Zus.currency;
+    QTest::addColumn<bool>("printed"); // false: the job is told to leave the amount out
+    QTest::newRow("transfer") << 1 << Bank.amount << Bank.currency << true;
+    QTest::newRow("tax") << 6 << Tax.amount << Tax.currency << true;
+    QTest::newRow("ZUS") << 5 << Zus.amount << Zus.currency << true;
+    QTest::newRow("transfer, amount left out") << 1 << Bank.amount << Bank.currency << false;
+    QTest::newRow("ZUS, amount left out") << 5 << Zus.amount << Zus.currency << false;
 }
 
 void TestSlips::amountInBoxesAndWords()
@@ -343,8 +245,21 @@ void TestSlips::amountInBoxesAndWords()
     QFETCH(int, kind);
     QFETCH(Slip::Boxes, amount);
     QFETCH(Slip::Boxes, currency);
+    QFETCH(bool, printed);
     RecordingDialogs d;
+    if (!printed)
+        PrintEngine::instance().setAmountPrinted(false);
     const PdfContent pdf = print(document(kind), {});
+    QVERIFY(pdf.ok);
+    if (!printed) {
+        QCOMPARE(boxText(pdf, amount), QString());
+        QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
+        QVERIFY(!pdf.text().contains(QStringLiteral("234")));
+        QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234.50")));
+        // The next job prints the amount again.
+        QVERIFY(!phrase(print(document(kind), {}), Wording).isEmpty());
+        return;
+    }
     QCOMPARE(boxText(pdf, amount), QStringLiteral("1234.50"));
     QCOMPARE(boxText(pdf, currency), QStringLiteral("PLN"));
     QVERIFY(!phrase(pdf, Wording).isEmpty());
@@ -357,65 +272,14 @@ void TestSlips::amountInBoxesAndWords()
     QCOMPARE(inLastBox, 1);
 }
 
-void TestSlips::amountOutsideBoxes_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("format");
-    QTest::addColumn<QString>("expected");
-    for (int kind : {1, 2, 3, 4}) {
-        QTest::addRow("kind %d, 123,45", kind) << kind << 0 << "1 234,50";
-        QTest::addRow("kind %d, 123,45 zł", kind) << kind << 1 << "1 234,50 zł";
-        QTest::addRow("kind %d, 123 zł 45 gr", kind) << kind << 2 << "1 234 zł 50 gr";
-    }
-}
-
-void TestSlips::amountOutsideBoxes()
-{
-    QFETCH(int, kind);
-    QFETCH(int, format);
-    QFETCH(QString, expected);
-    RecordingDialogs d;
-    // Kind 1 prints its amount outside boxes on the simplified slip only.
-    const PdfContent pdf = print(document(kind), Settings{.nowe = 1, .zlGr = format});
-    QVERIFY2(pdf.text().contains(expected), qPrintable(pdf.text()));
-    QVERIFY(!phrase(pdf, Wording).isEmpty());
-}
-
-void TestSlips::amountLeftOut_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("caption");
-    QTest::newRow("transfer") << 1 << "kwota słownie (wpłata)";
-    QTest::newRow("ZUS") << 5 << "03. Kwota";
-    QTest::newRow("deposit slip") << 2 << "Kwota:";
-    QTest::newRow("named postal order") << 4 << "Słownie:";
-}
-
-void TestSlips::amountLeftOut()
-{
-    QFETCH(int, kind);
-    QFETCH(QString, caption);
-    RecordingDialogs d;
-    PrintEngine::instance().setAmountPrinted(false);
-    const PdfContent pdf = print(document(kind), {});
-    QVERIFY(!phrase(pdf, caption).isEmpty());
-    QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
-    QVERIFY(!pdf.text().contains(QStringLiteral("234")));
-    QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234.50")));
-    // The next job prints the amount again.
-    QVERIFY(!phrase(print(document(kind), {}), QStringLiteral("jeden tysiąc")).isEmpty());
-}
-
 void TestSlips::zusAccountAndPeriod_data()
 {
     QTest::addColumn<int>("position");
     QTest::addColumn<int>("wstawiany");
     QTest::addColumn<QString>("account");
     QTest::newRow("Ubezpieczenie społeczne") << 0 << 0 << "83101010230000261395100000";
-    QTest::newRow("Ubezpieczenie zdrowotne") << 1 << 0 << "78101010230000261395200000";
     QTest::newRow("FP i FGŚP") << 2 << 0 << "73101010230000261395300000";
     QTest::newRow("FP i FGŚP, fields only") << 2 << 1 << "73101010230000261395300000";
-    QTest::newRow("Fund. Emerytur Pomostowych") << 3 << 0 << "68101010230000261395400000";
 }
 
 void TestSlips::zusAccountAndPeriod()
@@ -449,24 +313,12 @@ void TestSlips::taxIdentifierAndPeriod_data()
     QTest::addColumn<QString>("number");
     QTest::addColumn<QString>("letter");
     QTest::addColumn<QString>("period");
-    QTest::newRow("NIP, month") << 0 << "" << 2024 << 0 << "01"
-                                << "N"
-                                << "24M01";
-    QTest::newRow("REGON, year") << 1 << "012345678" << 1999 << 2 << "1"
-                                 << "R"
-                                 << "99R01";
-    QTest::newRow("PESEL, quarter") << 2 << "80010112345" << 2023 << 3 << "04"
-                                    << "P"
-                                    << "23K04";
-    QTest::newRow("identity card, half year") << 3 << "ABC123456" << 2022 << 1 << "02"
-                                              << "1"
-                                              << "22P02";
-    QTest::newRow("passport, decade") << 4 << "EA1234567" << 2000 << 4 << "07"
-                                      << "2"
-                                      << "00D07";
+    QTest::newRow("NIP, month") << 0 << "" << 2024 << 0 << "01" << "N" << "24M01";
+    QTest::newRow("PESEL, quarter") << 2 << "80010112345" << 2023 << 3 << "04" << "P" << "23K04";
+    QTest::newRow("passport, decade") << 4 << "EA1234567" << 2000 << 4 << "07" << "2" << "00D07";
     const int next = QDate::currentDate().year() + 1;
-    QTest::newRow("year the list grew by") << 0 << "" << next << 0 << "12"
-                                           << "N" << QString::number(next).right(2) + QStringLiteral("M12");
+    QTest::newRow("year the list grew by")
+        << 0 << "" << next << 0 << "12" << "N" << QString::number(next).right(2) + QStringLiteral("M12");
 }
 
 void TestSlips::taxIdentifierAndPeriod()
@@ -599,30 +451,6 @@ void TestSlips::depositSlipCopies()
         QVERIFY(!phrase(pdf, Wording, 0, copy).isEmpty());
     }
     QVERIFY(phrase(pdf, QStringLiteral("1 234,50"), 0, 4).isEmpty());
-}
-
-void TestSlips::issueDate_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("data");
-    QTest::addColumn<int>("drukDaty");
-    QTest::addColumn<bool>("printed");
-    for (int kind : {1, 5, 6}) {
-        QTest::addRow("kind %d, firm prints dates", kind) << kind << 1 << 1 << true;
-        QTest::addRow("kind %d, firm does not", kind) << kind << 0 << 1 << false;
-        QTest::addRow("kind %d, user turned dates off", kind) << kind << 1 << 0 << false;
-    }
-}
-
-void TestSlips::issueDate()
-{
-    QFETCH(int, kind);
-    QFETCH(int, data);
-    QFETCH(int, drukDaty);
-    QFETCH(bool, printed);
-    RecordingDialogs d;
-    const PdfContent pdf = print(document(kind), Settings{.data = data, .drukDaty = drukDaty});
-    QCOMPARE(pdf.count(QStringLiteral("05-03-2026")) > 0, printed);
 }
 
 void TestSlips::greyBoxes_data()

@@ -1,0 +1,67 @@
+#include "TestFirm.h"
+
+#include "Firm.h"
+#include "db/FirmDatabase.h"
+#include "documents/Accounts.h"
+#include "print/PrintEngine.h"
+#include "print/SlipDrivers.h"
+
+#include <QSqlQuery>
+
+#include <bitset>
+#include <memory>
+
+FirmData sampleFirm()
+{
+    FirmData firm;
+    firm.nazwa = QStringLiteral("Zakład Ślusarski Żółć");
+    firm.ulica = QStringLiteral("Długa");
+    firm.nrDomu = QStringLiteral("5");
+    firm.kod = QStringLiteral("90-001");
+    firm.miasto = QStringLiteral("Łódź");
+    firm.nip = QStringLiteral("526-104-08-28");
+    firm.nazwaSkrocona = QStringLiteral("ŻÓŁĆ SPÓŁKA");
+    firm.typIdentZus = 0;
+    firm.identZus = QStringLiteral("012345678");
+    return firm;
+}
+
+bool openNewFirm(const QString &path, const std::optional<FirmData> &firm)
+{
+    QString error;
+    if (!FirmDatabase::create(path, &error)) {
+        qWarning("%s", qPrintable(error));
+        return false;
+    }
+    if (!OpenDb(path))
+        return false;
+    return !firm || FirmStore::save(Db(), *firm, std::bitset<Accounts::Count>().set());
+}
+
+PaymentDocument sampleDocument(int kind, QDate issued)
+{
+    PaymentDocument d = PaymentDocument::newDocument(qint16(kind), issued);
+    d.bankFirmy = QStringLiteral("PKO BP");
+    d.kontoFirmy = QStringLiteral("12 1020 1026 0000 1234 5678 9012");
+    d.klientNazwa = QStringLiteral("Hurtownia Gęśla");
+    d.klientUlica = QStringLiteral("Kwiatowa 7");
+    d.klientKod = QStringLiteral("31-000");
+    d.klientMiasto = QStringLiteral("Kraków");
+    d.klientBank = QStringLiteral("mBank");
+    d.klientKonto = QStringLiteral("45 1140 2004 0000 3002 0123 4567");
+    d.zaDokumentNazwa = QStringLiteral("Faktura 12/2026");
+    d.wartosc = Money::fromGrosze(123450);
+    return d;
+}
+
+void printToPdf(const QString &pdf)
+{
+    registerSlipDrivers();
+    PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf); });
+}
+
+QString stored(const QString &sql)
+{
+    QSqlQuery q(Db());
+    return q.exec(sql) && q.next() ? q.value(0).toString() : QStringLiteral("<brak>");
+}

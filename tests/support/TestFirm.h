@@ -1,0 +1,24 @@
+#pragma once
+
+#include "documents/DocumentStore.h"
+#include "documents/FirmData.h"
+
+#include <QDate>
+#include <QString>
+
+#include <optional>
+
+// A firm with a full address, NIP, short name and ZUS identifier.
+FirmData sampleFirm();
+
+// Creates a firm file at `path` and opens it; with `firm` given, stores it with every account.
+bool openNewFirm(const QString &path, const std::optional<FirmData> &firm = std::nullopt);
+
+// A document of `kind` as users fill it in: recipient in Kraków, amount 1234,50.
+PaymentDocument sampleDocument(int kind, QDate issued = QDate(2026, 3, 5));
+
+// Registers the slip drivers and sends every printout to the PDF file `pdf`.
+void printToPdf(const QString &pdf);
+
+// The first value of a query on the open firm ("SELECT A || '|' || B ..."), "<brak>" when none.
+QString stored(const QString &sql);
