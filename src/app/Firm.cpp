@@ -6,6 +6,7 @@
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 #include "documents/Accounts.h"
+#include "documents/ScheduledPayments.h"
 
 #include <QFileInfo>
 #include <QSqlQuery>
@@ -27,6 +28,17 @@ OpenFirm &current()
 }
 
 int lastPercent = 0;
+
+// The due check of scheduled payments: true when some are due today. A failing query is
+// reported and the opening goes on, as the firm itself is sound.
+bool checkDuePayments(const QSqlDatabase &db)
+{
+    QString error;
+    const auto due = ScheduledPayments::due(db, appState().today, &error);
+    if (!due)
+        ErrorReport(error);
+    return due && !due->isEmpty();
+}
 
 // The firm's document and print flags and the margins, first row of each table, Null as 0.
 void readFirmSettings(QSqlDatabase &db)
@@ -102,6 +114,7 @@ bool OpenDb(const QString &name)
     Accounts::load(db);
     ShowProgress(QStringLiteral("Ładuję dodatki"), 70);
     ShowProgress(QStringLiteral("Sprawdzam terminowe"), 80);
+    const bool paymentsDue = checkDuePayments(db);
     ShowProgress(QStringLiteral("Sprawdzam terminowe"), 100);
 
     readFirmSettings(db);
@@ -110,6 +123,8 @@ bool OpenDb(const QString &name)
                                              "ale zmiany nie będą zapisywane."),
                               Msg(53));
     Q_EMIT FirmEvents::instance().opened();
+    if (paymentsDue)
+        Q_EMIT FirmEvents::instance().paymentsDue();
     return true;
 }
 

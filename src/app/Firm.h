@@ -20,6 +20,9 @@ Q_SIGNALS:
     void closed();
     // An opening failed: no firm is open now.
     void openFailed();
+    // The due check at opening found scheduled payments whose alarm day has come; the
+    // main window answers with the alarm window once the opening is over.
+    void paymentsDue();
 };
 
 // Shows a loading step: text and percentage (a negative percentage keeps the previous one).

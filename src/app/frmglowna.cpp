@@ -12,7 +12,10 @@
 #include "documents/frmKontrahenci.h"
 #include "documents/EntryRules.h"
 #include "documents/frmfirma.h"
+#include "documents/frmprzegladanie.h"
 #include "documents/frmprzelew.h"
+#include "documents/frmslzapl_term.h"
+#include "documents/frmzap_term.h"
 #include "frmFirmaOpen.h"
 #include "frmUstawienia.h"
 #include "frmglowna_img.h"
@@ -87,6 +90,11 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
     connect(&FirmEvents::instance(), &FirmEvents::opened, this, &frmglowna::LoadFirma);
     connect(&FirmEvents::instance(), &FirmEvents::closed, this, &frmglowna::UkryjMenu);
     connect(&FirmEvents::instance(), &FirmEvents::openFailed, this, &frmglowna::UkryjMenu);
+    // Queued: the alarm window opens once the opening has finished and the menus are shown.
+    connect(&FirmEvents::instance(), &FirmEvents::paymentsDue, this, [this] {
+        if (auto *alarm = qobject_cast<frmzap_term *>(showChild(new frmzap_term)))
+            alarm->fillList();
+    }, Qt::QueuedConnection);
     connect(&FirmEvents::instance(), &FirmEvents::progress, this, [this](const QString &text, int percent) {
         if (percent >= 100)
             statusBar()->clearMessage();
@@ -161,11 +169,12 @@ void frmglowna::buildMenus()
     addSeparator(docs, QStringLiteral("mnusep5"));
     addCommand(docs, QStringLiteral("mnuzbior"), QStringLiteral("Zbiorówka do przelewów"));
     addSeparator(docs, QStringLiteral("mnusep6"));
-    addCommand(docs, QStringLiteral("mnuzaplatyterm"), QStringLiteral("Zapłaty terminowe"));
+    addCommand(docs, QStringLiteral("mnuzaplatyterm"), QStringLiteral("Zapłaty terminowe"), [this] { showChild(new frmzap_term); });
     addSeparator(docs, QStringLiteral("mnusepar"));
     addCommand(docs, QStringLiteral("mnuimport"), QStringLiteral("Import z pliku"));
     addSeparator(docs, QStringLiteral("mnusep13"));
-    addCommand(docs, QStringLiteral("mnuprzeglad"), QStringLiteral("Przeglądanie/Korekta"));
+    addCommand(docs, QStringLiteral("mnuprzeglad"), QStringLiteral("Przeglądanie/Korekta"),
+               [this] { showChild(new frmprzegladanie); });
     m_firmActions << docs->menuAction();
 
     QMenu *reports = bar->addMenu(QStringLiteral("Raporty"));
@@ -181,7 +190,7 @@ void frmglowna::buildMenus()
     dicts->setObjectName(QStringLiteral("mnuslownikibar"));
     dicts->menuAction()->setObjectName(QStringLiteral("mnuslownikibar"));
     addCommand(dicts, QStringLiteral("mnukontrahenci"), QStringLiteral("Kontrahenci"), [this] { showChild(new frmKontrahenci); });
-    addCommand(dicts, QStringLiteral("mnuzaplat"), QStringLiteral("Zapłaty terminowe"));
+    addCommand(dicts, QStringLiteral("mnuzaplat"), QStringLiteral("Zapłaty terminowe"), [this] { showChild(new frmslzapl_term); });
     m_firmActions << dicts->menuAction();
 
     QAction *settings = addCommand(nullptr, QStringLiteral("mnuustawbar"), QStringLiteral("Ustawienia"), [this] { showChild(new frmUstawienia); });

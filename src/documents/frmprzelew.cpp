@@ -364,6 +364,7 @@ bool frmprzelew::save()
         return false;
     }
     m_id = doc.id;
+    Q_EMIT saved(m_id);
     return true;
 }
 

@@ -41,6 +41,10 @@ public:
     // cmdanuluj: a new document starts afresh; a stored one is shown as stored.
     void abandon();
 
+Q_SIGNALS:
+    // A document was stored or corrected (its id), so lists showing it can be refilled.
+    void saved(qint32 id);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 

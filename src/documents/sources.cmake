@@ -1,11 +1,13 @@
 list(APPEND CORE_SOURCES
   documents/Accounts.cpp
+  documents/BrowseQuery.cpp
   documents/ChoiceLists.cpp
   documents/ContractorStore.cpp
   documents/DocumentKinds.cpp
   documents/DocumentStore.cpp
   documents/EntryRules.cpp
   documents/FirmData.cpp
+  documents/ScheduledPayments.cpp
   documents/Transaction.cpp
 )
 list(APPEND UI_SOURCES
@@ -13,5 +15,8 @@ list(APPEND UI_SOURCES
   documents/frmKontrahenci.cpp
   documents/frmSzukaj.cpp
   documents/frmfirma.cpp
+  documents/frmprzegladanie.cpp
   documents/frmprzelew.cpp
+  documents/frmslzapl_term.cpp
+  documents/frmzap_term.cpp
 )

@@ -1,0 +1,277 @@
+#include "AppState.h"
+#include "Firm.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "TestFirm.h"
+#include "TestWidgets.h"
+#include "documents/Accounts.h"
+#include "documents/DocumentStore.h"
+#include "documents/frmKontrahenci.h"
+#include "documents/frmprzegladanie.h"
+#include "documents/frmprzelew.h"
+#include "frmglowna.h"
+#include "print/PrintEngine.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QListView>
+#include <QMdiArea>
+#include <QRadioButton>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+// The lines of the browse list, in its order.
+QStringList lines(frmprzegladanie &w)
+{
+    QStringList out;
+    for (int row = 0; row < w.model().rowCount(); ++row)
+        out << w.model().data(w.model().index(row, 0)).toString();
+    return out;
+}
+
+void selectRows(frmprzegladanie &w, const QList<int> &rows)
+{
+    auto *list = child<QListView>(&w, QStringLiteral("lstwynik"));
+    list->clearSelection();
+    for (int row : rows)
+        list->selectionModel()->select(list->model()->index(row, 0), QItemSelectionModel::Select);
+    if (!rows.isEmpty())
+        list->selectionModel()->setCurrentIndex(list->model()->index(rows.first(), 0), QItemSelectionModel::NoUpdate);
+}
+
+void showDays(frmprzegladanie &w, const char *first, const char *last)
+{
+    child<QRadioButton>(&w, QStringLiteral("optdata_2"))->click();
+    fill(&w, {{"txtdata_0", first}, {"txtdata_1", last}});
+    Q_EMIT child<QLineEdit>(&w, QStringLiteral("txtdata_1"))->editingFinished();
+}
+
+} // namespace
+
+class TestFrmPrzegladanie : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
+    void init();
+    void cleanup();
+
+    void periodControls_data();
+    void periodControls();
+    void deleting_data();
+    void deleting();
+    void printing_data();
+    void printing();
+    void correctionRebuildsList();
+    void contractorFilter();
+    void menuOpensWindow();
+
+private:
+    std::unique_ptr<TestEnv> m_env;
+    std::unique_ptr<RecordingDialogs> m_dialogs;
+    QStringList m_jobs;
+    int m_files = 0;
+};
+
+void TestFrmPrzegladanie::init()
+{
+    m_dialogs = std::make_unique<RecordingDialogs>();
+    FirmData firm = sampleFirm();
+    firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money::fromZlote(5000)};
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("przeg%1.zlc").arg(++m_files)), firm));
+    appState().eliksir = 0;
+    // One document of each kind from 1 to 6 in March 2024, then one in March 2023.
+    const QDate dates[] = {{2024, 3, 1}, {2024, 3, 10}, {2024, 3, 15}, {2024, 3, 20}, {2024, 3, 25}, {2024, 3, 31}};
+    for (int kind = 1; kind <= 6; ++kind) {
+        PaymentDocument doc = sampleDocument(kind, dates[kind - 1]);
+        QVERIFY(DocumentStore::insert(Db(), doc));
+    }
+    PaymentDocument old = sampleDocument(2, QDate(2023, 3, 5));
+    old.klientNazwa = QStringLiteral("Młyn");
+    QVERIFY(DocumentStore::insert(Db(), old));
+    m_jobs.clear();
+    for (const QString &word : {QStringLiteral("dprzelew"), QStringLiteral("dprzelewZus")})
+        PrintEngine::instance().setDriver(word, [word, this](PrintEngine &e) {
+            m_jobs << word + (e.job().orientation == QPageLayout::Landscape ? QStringLiteral(" landscape")
+                                                                            : QStringLiteral(" portrait"));
+            e.DrukTekst(QStringLiteral("x"), 0, 0);
+        });
+    PrintEngine::instance().setPrinterFactory(
+        [this] { return std::make_unique<PdfSurface>(m_env->newPath(QStringLiteral("out.pdf"))); });
+    m_dialogs->clear();
+}
+
+void TestFrmPrzegladanie::cleanup()
+{
+    CloseDb();
+    m_dialogs.reset();
+}
+
+void TestFrmPrzegladanie::periodControls_data()
+{
+    QTest::addColumn<int>("option");
+    QTest::addColumn<QString>("choice"); // year or month text, or "first|last"
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("firstLine");
+    QTest::newRow("1 to 31 March lists both end days") << 2 << "01-03-2024|31-03-2024" << 6
+                                                       << "01-03-2024 Przelew bankowy - 1 234,50";
+    QTest::newRow("2 to 30 March leaves them out") << 2 << "02-03-2024|30-03-2024" << 4
+                                                   << "10-03-2024 Bankowy dowod wpłaty - 1 234,50";
+    QTest::newRow("March of every year") << 1 << "Marzec" << 7 << "";
+    QTest::newRow("one year") << 0 << "2023" << 1 << "05-03-2023 Bankowy dowod wpłaty - 1 234,50";
+}
+
+void TestFrmPrzegladanie::periodControls()
+{
+    QFETCH(int, option);
+    QFETCH(QString, choice);
+    QFETCH(int, count);
+    QFETCH(QString, firstLine);
+    frmprzegladanie w;
+    w.show();
+    if (option == 2) {
+        const QStringList ends = choice.split(QLatin1Char('|'));
+        showDays(w, qPrintable(ends[0]), qPrintable(ends[1]));
+    } else {
+        child<QRadioButton>(&w, QStringLiteral("optdata_%1").arg(option))->click();
+        auto *list = child<QComboBox>(&w, option == 0 ? QStringLiteral("lstrok") : QStringLiteral("lstmies"));
+        list->setCurrentIndex(list->findText(choice, Qt::MatchFixedString));
+    }
+    QCOMPARE(child<QComboBox>(&w, QStringLiteral("lstrok"))->isEnabled(), option == 0);
+    QCOMPARE(child<QComboBox>(&w, QStringLiteral("lstmies"))->isEnabled(), option == 1);
+    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtdata_0"))->isEnabled(), option == 2);
+    QCOMPARE(lines(w).size(), count);
+    if (!firstLine.isEmpty())
+        QCOMPARE(lines(w).first(), firstLine);
+}
+
+void TestFrmPrzegladanie::deleting_data()
+{
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<qint64>("raisedBy"); // grosze
+    QTest::newRow("yes gives the amount back") << true << 5 << qint64(123450);
+    QTest::newRow("no keeps it") << false << 6 << qint64(0);
+}
+
+void TestFrmPrzegladanie::deleting()
+{
+    QFETCH(bool, yes);
+    QFETCH(int, count);
+    QFETCH(qint64, raisedBy);
+    frmprzegladanie w;
+    showDays(w, "01-03-2024", "31-03-2024");
+    const Money before = Accounts::list()[0].balance;
+    click(&w, QStringLiteral("cmdusun"));
+    QCOMPARE(m_dialogs->beeps, 1); // nothing selected yet
+    QVERIFY(m_dialogs->callsOf(QStringLiteral("question")).isEmpty());
+    m_dialogs->answers = {yes};
+    selectRows(w, {2});
+    click(&w, QStringLiteral("cmdusun"));
+    const auto asked = m_dialogs->callsOf(QStringLiteral("question"));
+    QCOMPARE(asked.size(), 1);
+    QVERIFY(asked[0].text.startsWith(QStringLiteral("Jesteś pewien że chcesz usunąć - 15-03-2024")));
+    QCOMPARE(asked[0].title, QStringLiteral("Uwaga"));
+    QCOMPARE(lines(w).size(), count);
+    QCOMPARE(lines(w).join(QLatin1Char('\n')).contains(QStringLiteral("15-03-2024")), !yes);
+    QCOMPARE(Accounts::list()[0].balance - before, Money::fromGrosze(raisedBy));
+    QCOMPARE(stored(QStringLiteral("SELECT STAN_KONTA1 FROM firma")).toLongLong(), Accounts::list()[0].balance.units());
+}
+
+void TestFrmPrzegladanie::printing_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QList<int>>("rows"); // list rows selected; row n holds kind n + 1
+    QTest::addColumn<QStringList>("jobs");
+    QTest::addColumn<int>("copiesWindows");
+    QTest::newRow("one ZUS document as issued") << "cmddrukuj" << QList<int>{4} << QStringList{"dprzelewZus portrait"} << 1;
+    QTest::newRow("one tax document as issued") << "cmddrukuj" << QList<int>{5} << QStringList{"dprzelew landscape"} << 1;
+    QTest::newRow("a group, every line as viewed")
+        << "cmddrukgrupe" << QList<int>{0, 2, 4, 5}
+        << QStringList{"dprzelew landscape", "dprzelew landscape", "dprzelew portrait", "dprzelew portrait"} << 0;
+    QTest::newRow("nothing selected") << "cmddrukgrupe" << QList<int>{} << QStringList{} << 0;
+}
+
+void TestFrmPrzegladanie::printing()
+{
+    QFETCH(QString, command);
+    QFETCH(QList<int>, rows);
+    QFETCH(QStringList, jobs);
+    QFETCH(int, copiesWindows);
+    frmprzegladanie w;
+    showDays(w, "01-03-2024", "31-03-2024");
+    selectRows(w, rows);
+    click(&w, command);
+    QCOMPARE(m_jobs, jobs);
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("copies")).size(), copiesWindows);
+    QCOMPARE(m_dialogs->beeps, rows.isEmpty() ? 1 : 0);
+}
+
+void TestFrmPrzegladanie::correctionRebuildsList()
+{
+    frmprzegladanie w;
+    showDays(w, "01-03-2024", "01-03-2024");
+    selectRows(w, {0});
+    click(&w, QStringLiteral("cmdzmien"));
+    frmprzelew *entry = nullptr;
+    for (QWidget *top : QApplication::topLevelWidgets())
+        if (auto *e = qobject_cast<frmprzelew *>(top); e && e->isVisible())
+            entry = e;
+    QVERIFY(entry);
+    QCOMPARE(entry->mode(), qint16(1));
+    fill(entry, {{"txtwartosc", "100,00"}});
+    QVERIFY(entry->save());
+    QCOMPARE(lines(w), QStringList{QStringLiteral("01-03-2024 Przelew bankowy - 100,00")});
+    fill(entry, {{"txtdata", "02-03-2024"}});
+    QVERIFY(entry->save());
+    entry->close();
+    QTRY_VERIFY(lines(w).isEmpty());
+}
+
+void TestFrmPrzegladanie::contractorFilter()
+{
+    frmprzegladanie w;
+    w.show();
+    child<QRadioButton>(&w, QStringLiteral("optdata_1"))->click();
+    child<QComboBox>(&w, QStringLiteral("lstmies"))->setCurrentIndex(2);
+    QCOMPARE(lines(w).size(), 7);
+    click(&w, QStringLiteral("cmdSzukaj"));
+    frmKontrahenci *dictionary = nullptr;
+    for (QWidget *top : QApplication::topLevelWidgets())
+        if (auto *d = qobject_cast<frmKontrahenci *>(top); d && d->isVisible())
+            dictionary = d;
+    QVERIFY(dictionary);
+    const qint32 mlyn = stored(QStringLiteral("SELECT id FROM kontrahenci WHERE nazwa='Młyn'")).toInt();
+    QVERIFY(dictionary->showContractor(mlyn));
+    click(dictionary, QStringLiteral("cmdwybierz"));
+    QCOMPARE(lines(w), QStringList{QStringLiteral("05-03-2023 Bankowy dowod wpłaty - 1 234,50")});
+    click(&w, QStringLiteral("cmdwszyscy"));
+    QCOMPARE(child<QLabel>(&w, QStringLiteral("lblkontrahent"))->text(), QStringLiteral("-Wszyscy-"));
+    QCOMPARE(lines(w).size(), 7);
+    auto *bank = child<QComboBox>(&w, QStringLiteral("lstbank"));
+    QCOMPARE(bank->itemText(0), QStringLiteral("-Wszystkie-"));
+    bank->setCurrentIndex(bank->findText(QStringLiteral("PKO BP")));
+    QCOMPARE(child<QLabel>(&w, QStringLiteral("lblbankkonto"))->text(), QStringLiteral("11 1111"));
+    QCOMPARE(lines(w).size(), 7);
+}
+
+void TestFrmPrzegladanie::menuOpensWindow()
+{
+    frmglowna main;
+    main.show();
+    main.LoadFirma();
+    QAction *command = main.command(QStringLiteral("mnuprzeglad"));
+    QVERIFY(command->isEnabled());
+    command->trigger();
+    command->trigger();
+    QCOMPARE(main.mdiArea()->subWindowList().size(), 1);
+    QVERIFY(main.childWindow(QStringLiteral("frmprzegladanie")));
+    main.closeAllWindows();
+}
+
+QTEST_MAIN(TestFrmPrzegladanie)
+#include "tst_frmprzegladanie.moc"
