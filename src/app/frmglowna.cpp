@@ -10,6 +10,7 @@
 #include "DateText.h"
 #include "db/FirmDatabase.h"
 #include "documents/frmKontrahenci.h"
+#include "documents/frmZbiorowka.h"
 #include "documents/EntryRules.h"
 #include "documents/frmfirma.h"
 #include "documents/frmprzegladanie.h"
@@ -167,7 +168,8 @@ void frmglowna::buildMenus()
                    [this, kind] { showChild(new frmprzelew(EntryRules::New, kind)); });
     }
     addSeparator(docs, QStringLiteral("mnusep5"));
-    addCommand(docs, QStringLiteral("mnuzbior"), QStringLiteral("Zbiorówka do przelewów"));
+    addCommand(docs, QStringLiteral("mnuzbior"), QStringLiteral("Zbiorówka do przelewów"),
+               [this] { showChild(new frmZbiorowka); });
     addSeparator(docs, QStringLiteral("mnusep6"));
     addCommand(docs, QStringLiteral("mnuzaplatyterm"), QStringLiteral("Zapłaty terminowe"), [this] { showChild(new frmzap_term); });
     addSeparator(docs, QStringLiteral("mnusepar"));

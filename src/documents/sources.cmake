@@ -1,4 +1,5 @@
 list(APPEND CORE_SOURCES
+  documents/TransfersOfDay.cpp
   documents/Accounts.cpp
   documents/BrowseQuery.cpp
   documents/ChoiceLists.cpp
@@ -19,4 +20,5 @@ list(APPEND UI_SOURCES
   documents/frmprzelew.cpp
   documents/frmslzapl_term.cpp
   documents/frmzap_term.cpp
+  documents/frmZbiorowka.cpp
 )
