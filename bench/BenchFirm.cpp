@@ -82,3 +82,26 @@ QList<qint32> fillDocuments(int count)
     }
     return ids;
 }
+
+bool growDocuments(int total)
+{
+    QSqlQuery q(Db());
+    QStringList columns;
+    q.exec(QStringLiteral("SELECT name FROM pragma_table_info('zlecanki')"));
+    while (q.next())
+        if (q.value(0).toString().compare(QLatin1String("ID"), Qt::CaseInsensitive) != 0)
+            columns << q.value(0).toString();
+    const QString list = columns.join(QStringLiteral(", "));
+    for (;;) {
+        q.exec(QStringLiteral("SELECT count(*) FROM zlecanki"));
+        q.next();
+        const int have = q.value(0).toInt();
+        if (have >= total)
+            return true;
+        q.prepare(QStringLiteral("INSERT INTO zlecanki (") + list + QStringLiteral(") SELECT ") + list +
+                  QStringLiteral(" FROM zlecanki LIMIT ?"));
+        q.addBindValue(total - have);
+        if (!q.exec())
+            return false;
+    }
+}

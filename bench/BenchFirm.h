@@ -18,3 +18,6 @@ bool openBenchFirm(const QTemporaryDir &home, const FirmData &firm);
 
 // Stores `count` documents of every kind, names and titles of usual lengths; their ids.
 QList<qint32> fillDocuments(int count);
+
+// Copies the stored documents over and over until the firm holds `total`; false on failure.
+bool growDocuments(int total);

@@ -36,25 +36,7 @@ bool fillFirm()
                                                  QStringLiteral("Bank"), QStringLiteral("12 3456")});
     if (fillDocuments(1).isEmpty())
         return false;
-    QSqlQuery q(Db());
-    QStringList columns;
-    q.exec(QStringLiteral("SELECT name FROM pragma_table_info('zlecanki')"));
-    while (q.next())
-        if (q.value(0).toString().compare(QLatin1String("ID"), Qt::CaseInsensitive) != 0)
-            columns << q.value(0).toString();
-    const QString list = columns.join(QStringLiteral(", "));
-    for (;;) {
-        q.exec(QStringLiteral("SELECT count(*) FROM zlecanki"));
-        q.next();
-        const int have = q.value(0).toInt();
-        if (have >= Stored)
-            return true;
-        q.prepare(QStringLiteral("INSERT INTO zlecanki (") + list + QStringLiteral(") SELECT ") + list +
-                  QStringLiteral(" FROM zlecanki LIMIT ?"));
-        q.addBindValue(Stored - have);
-        if (!q.exec())
-            return false;
-    }
+    return growDocuments(Stored);
 }
 
 void type(QWidget *w, const char *name, const QString &text)

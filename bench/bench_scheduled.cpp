@@ -27,25 +27,8 @@ bool fillFirm()
 {
     if (fillDocuments(1).isEmpty())
         return false;
-    QSqlQuery q(Db());
-    QStringList columns;
-    q.exec(QStringLiteral("SELECT name FROM pragma_table_info('zlecanki')"));
-    while (q.next())
-        if (q.value(0).toString().compare(QLatin1String("ID"), Qt::CaseInsensitive) != 0)
-            columns << q.value(0).toString();
-    const QString list = columns.join(QStringLiteral(", "));
-    for (;;) {
-        q.exec(QStringLiteral("SELECT count(*) FROM zlecanki"));
-        q.next();
-        const int have = q.value(0).toInt();
-        if (have >= Documents)
-            break;
-        q.prepare(QStringLiteral("INSERT INTO zlecanki (") + list + QStringLiteral(") SELECT ") + list +
-                  QStringLiteral(" FROM zlecanki LIMIT ?"));
-        q.addBindValue(Documents - have);
-        if (!q.exec())
-            return false;
-    }
+    if (!growDocuments(Documents))
+        return false;
     QSqlQuery(Db()).exec(QStringLiteral("BEGIN"));
     for (int i = 0; i < Payments; ++i) {
         ScheduledPayment p;
