@@ -39,7 +39,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("Zlecanki"));
     QApplication::setOrganizationName(QStringLiteral("Kontorian"));
     QApplication::setApplicationVersion(QStringLiteral(ZLECANKI_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("zlecanki"));
+    QApplication::setDesktopFileName(QStringLiteral("pl.kontorian.Zlecanki"));
     QTranslator qtPolish;
     if (qtPolish.load(QLocale(QLocale::Polish, QLocale::Poland), QStringLiteral("qtbase"), QStringLiteral("_"),
                       QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
