@@ -127,10 +127,10 @@ bool MarkChosenContractors(QSqlDatabase db, ContractorChoice choice, const QList
 
 bool ClearContractorMarks(QSqlDatabase db, QString *error)
 {
-    // Files brought from the old program hold -1 for true: any value but 0 is a mark.
     QSqlQuery q(db);
-    q.prepare(QStringLiteral("UPDATE Kontrahenci SET WYBRANY=? WHERE WYBRANY<>0"));
+    q.prepare(QStringLiteral("UPDATE Kontrahenci SET WYBRANY=? WHERE WYBRANY=?"));
     q.addBindValue(false);
+    q.addBindValue(true);
     return exec(q, error);
 }
 

@@ -1,7 +1,7 @@
 #include "ReportPrintout.h"
 
 #include "DateText.h"
-#include "PrintEngine.h"
+#include "print/PrintEngine.h"
 #include "ReportRegister.h"
 
 namespace {

@@ -43,7 +43,7 @@ std::optional<Register> buildRegister(QSqlDatabase db, const Criteria &criteria,
         // Ticked contractors: their marks choose the documents, by the contractor each
         // document was issued to.
         if (criteria.contractors == ContractorChoice::Ticked)
-            sql += QStringLiteral(" AND KLIENT_ID IN (SELECT ID FROM Kontrahenci WHERE WYBRANY<>0)");
+            sql += QStringLiteral(" AND KLIENT_ID IN (SELECT ID FROM Kontrahenci WHERE WYBRANY=1)");
         sql += QStringLiteral(" ORDER BY DATA_DOKUMENTU, ID");
         QSqlQuery q(db);
         q.setForwardOnly(true);
