@@ -4,6 +4,8 @@
 #include "print/PrintEngine.h"
 #include "ReportRegister.h"
 
+#include <QHash>
+
 namespace {
 
 const QString Arial = QStringLiteral("Arial CE");
@@ -24,26 +26,55 @@ struct Columns {
     qreal titleWidth() const { return amountRight - amountWidth - title; }
 };
 
-// The text cut to fit `width`, ending in "..." when cut.
-QString fit(const PrintEngine &engine, const QString &text, qreal width)
-{
-    if (engine.textWidth(text) <= width)
-        return text;
-    const QString dots = QStringLiteral("...");
-    qsizetype low = 0, high = text.size();
-    while (low < high) {
-        const qsizetype mid = (low + high + 1) / 2;
-        if (engine.textWidth(text.left(mid) + dots) <= width)
-            low = mid;
-        else
-            high = mid - 1;
+// Widths of texts in the table's font, summed from each character's advance: a long
+// register measures every cell, and shaping each one again would cost as much as
+// printing it. Kerning is left out, which errs on the wide side.
+class Widths {
+public:
+    explicit Widths(const PrintEngine &engine) : m_engine(engine) {}
+
+    qreal of(const QString &text)
+    {
+        qreal sum = 0;
+        for (const QChar ch : text) {
+            auto it = m_advance.constFind(ch.unicode());
+            if (it == m_advance.constEnd())
+                it = m_advance.insert(ch.unicode(), m_engine.textWidth(QString(ch)));
+            sum += *it;
+        }
+        return sum;
     }
-    return text.left(low) + dots;
-}
+
+    // The text cut to fit `width`, ending in "..." when cut.
+    QString fit(const QString &text, qreal width)
+    {
+        if (of(text) <= width)
+            return text;
+        const QString dots = QStringLiteral("...");
+        width -= of(dots);
+        qreal used = 0;
+        qsizetype n = 0;
+        for (; n < text.size(); ++n) {
+            used += of(QString(text.at(n)));
+            if (used > width)
+                break;
+        }
+        return text.left(n) + dots;
+    }
+
+private:
+    const PrintEngine &m_engine;
+    QHash<char16_t, qreal> m_advance;
+};
 
 void right(PrintEngine &engine, const QString &text, qreal edge, qreal y)
 {
     engine.DrukTekst(text, edge - engine.textWidth(text), y);
+}
+
+void right(PrintEngine &engine, Widths &widths, const QString &text, qreal edge, qreal y)
+{
+    engine.DrukTekst(text, edge - widths.of(text), y);
 }
 
 qreal printHeading(PrintEngine &engine, const Reports::Heading &h, qreal width)
@@ -67,7 +98,7 @@ qreal printHeading(PrintEngine &engine, const Reports::Heading &h, qreal width)
     y += engine.WysokoscWiersza();
     engine.UstawCzcionke(FontSize, false, false, Arial);
     for (const QString &line : h.criteriaLines()) {
-        engine.DrukTekst(fit(engine, line, width), 0, y);
+        engine.DrukTekst(line, 0, y);
         y += engine.WysokoscWiersza();
     }
     return y + engine.WysokoscWiersza();
@@ -116,14 +147,15 @@ void DrukRaportu(PrintEngine &engine)
         engine.KoniecStrony();
         y = printCaptions(engine, c, 0);
     };
+    Widths widths(engine);
     qsizetype lp = 0;
     for (const Reports::ReportRow &r : report.list.rows) {
         room(line);
-        right(engine, QString::number(++lp), c.lpRight, y);
+        right(engine, widths, QString::number(++lp), c.lpRight, y);
         engine.DrukTekst(DateText::format(r.date), c.date, y);
-        engine.DrukTekst(fit(engine, r.contractor, c.contractorWidth()), c.contractor, y);
-        engine.DrukTekst(fit(engine, r.title, c.titleWidth()), c.title, y);
-        right(engine, Kwota(r.amount), c.amountRight, y);
+        engine.DrukTekst(widths.fit(r.contractor, c.contractorWidth()), c.contractor, y);
+        engine.DrukTekst(widths.fit(r.title, c.titleWidth()), c.title, y);
+        right(engine, widths, Kwota(r.amount), c.amountRight, y);
         y += line;
     }
     room(line + 60);
