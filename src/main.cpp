@@ -2,6 +2,7 @@
 #include "Main.h"
 #include "Version.h"
 #include "print/PrintCommand.h"
+#include "reports/ReportCommand.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -16,6 +17,7 @@ int main(int argc, char **argv)
         args << QString::fromLocal8Bit(argv[i]);
 
     registerPrintCommand();
+    registerReportCommand();
     if (CommandLine::isCommand(args)) {
         if (CommandLine::needsApplication(args)) {
             // Printing needs the GUI classes but no screen: headless unless told otherwise.

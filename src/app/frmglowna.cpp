@@ -22,6 +22,7 @@
 #include "frmglowna_img.h"
 #include "frmhotline.h"
 #include "frmo.h"
+#include "reports/frmraport_kryteria.h"
 #include "WindowUtil.h"
 
 #include <QAction>
@@ -185,7 +186,11 @@ void frmglowna::buildMenus()
     const char *lists[] = {"Lista Przelewów bankowych", "Lista Bankowych dowodów wpłat", "Lista Przekazów na konto",
                            "Lista Przekazów imiennych"};
     for (int i = 0; i < 4; ++i)
-        addCommand(reports, indexed("mnuraporty", i), QString::fromUtf8(lists[i]));
+        addCommand(reports, indexed("mnuraporty", i), QString::fromUtf8(lists[i]), [this, i] {
+            // One criteria window serves the four lists: an open one is told which list.
+            if (auto *w = qobject_cast<frmraport_kryteria *>(showChild(new frmraport_kryteria(i))))
+                w->setReportKind(i);
+        });
     m_firmActions << reports->menuAction();
 
     QMenu *dicts = bar->addMenu(QStringLiteral("Słowniki"));

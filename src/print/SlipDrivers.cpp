@@ -9,6 +9,7 @@
 #include "PrintEngine.h"
 #include "Slip.h"
 #include "documents/DocumentStore.h"
+#include "reports/ReportPrintout.h"
 
 namespace {
 
@@ -121,6 +122,5 @@ void registerSlipDrivers()
     engine.setDriver(QStringLiteral("dprzelew"), DrukDokumentu);
     engine.setDriver(QStringLiteral("dprzelewZus"), DrukDokumentuZus);
     engine.setDriver(QStringLiteral("zbiorowka"), DrukZbiorowki);
-    // The report window draws its own pages; until it does, a report prints nothing.
-    engine.setDriver(QStringLiteral("raport"), [](PrintEngine &) {});
+    engine.setDriver(QStringLiteral("raport"), DrukRaportu);
 }

@@ -6,7 +6,7 @@ class PrintEngine;
 //   "dprzelew"     the document (job parameter: its Id) on the slip of its kind;
 //   "dprzelewZus"  the same with the firm's short name as the payer;
 //   "zbiorowka"    the collective statement (job parameter: a CollectiveStatement);
-//   "raport"       the report pages (drawn by the reports, nothing here yet).
+//   "raport"       the report pages (job parameter: a Reports::Report, see reports/).
 // Called once at start-up, by the command line and by tests.
 void registerSlipDrivers();
 

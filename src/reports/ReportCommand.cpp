@@ -1,0 +1,170 @@
+#include "ReportCommand.h"
+
+#include "AppState.h"
+#include "CommandLine.h"
+#include "Dialogs.h"
+#include "Firm.h"
+#include "ReportRegister.h"
+#include "ReportWorkbook.h"
+#include "StartupSettings.h"
+#include "print/PrintEngine.h"
+#include "print/SlipDrivers.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+
+#include <cstdio>
+
+namespace {
+
+const QString Usage = QStringLiteral("Użycie: zlecanki raport --firma PLIK --rodzaj 1..4 (--rok RRRR | --miesiac M | "
+                                     "--od dd-mm-rrrr --do dd-mm-rrrr) [--xlsx PLIK.xlsx] [--pdf PLIK.pdf]");
+
+void err(const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+}
+
+struct Options {
+    QString firm, xlsx, pdf;
+    Reports::Criteria criteria;
+    QString error;
+};
+
+Options parse(const QStringList &args)
+{
+    Options o;
+    QHash<QString, QString> values;
+    static const QStringList known = {QStringLiteral("--firma"), QStringLiteral("--rodzaj"), QStringLiteral("--rok"),
+                                      QStringLiteral("--miesiac"), QStringLiteral("--od"), QStringLiteral("--do"),
+                                      QStringLiteral("--xlsx"), QStringLiteral("--pdf")};
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        QString name = args.at(i);
+        QString value;
+        if (name.contains(QLatin1Char('='))) {
+            value = name.section(QLatin1Char('='), 1);
+            name = name.section(QLatin1Char('='), 0, 0);
+        } else if (known.contains(name) && i + 1 < args.size()) {
+            value = args.at(++i);
+        } else if (known.contains(name)) {
+            o.error = QStringLiteral("Brak wartości opcji %1.").arg(name);
+            return o;
+        }
+        if (!known.contains(name)) {
+            o.error = QStringLiteral("Nieznana opcja: %1").arg(name);
+            return o;
+        }
+        values.insert(name, value);
+    }
+    const auto bad = [&](const QString &name) {
+        o.error = QStringLiteral("Nieprawidłowa wartość opcji %1: \"%2\"").arg(name, values.value(name));
+        return o;
+    };
+    o.firm = values.value(QStringLiteral("--firma"));
+    o.xlsx = values.value(QStringLiteral("--xlsx"));
+    o.pdf = values.value(QStringLiteral("--pdf"));
+    if (o.firm.isEmpty() || !values.contains(QStringLiteral("--rodzaj"))) {
+        o.error = QStringLiteral("Podaj plik firmy (--firma) i rodzaj listy (--rodzaj 1..4).");
+        return o;
+    }
+    bool ok = false;
+    const int kind = values.value(QStringLiteral("--rodzaj")).toInt(&ok);
+    if (!ok || kind < 1 || kind > Reports::KindCount)
+        return bad(QStringLiteral("--rodzaj"));
+    o.criteria.kindIndex = kind - 1;
+
+    Reports::Period &p = o.criteria.period;
+    const bool year = values.contains(QStringLiteral("--rok"));
+    const bool month = values.contains(QStringLiteral("--miesiac"));
+    const bool range = values.contains(QStringLiteral("--od")) || values.contains(QStringLiteral("--do"));
+    if (int(year) + int(month) + int(range) != 1) {
+        o.error = QStringLiteral("Podaj jeden okres: --rok, --miesiac albo --od i --do.");
+        return o;
+    }
+    if (year) {
+        p.kind = Reports::PeriodKind::Year;
+        p.year = values.value(QStringLiteral("--rok")).toInt(&ok);
+        if (!ok || p.year < 1900 || p.year > 9999)
+            return bad(QStringLiteral("--rok"));
+    } else if (month) {
+        p.kind = Reports::PeriodKind::Month;
+        p.month = values.value(QStringLiteral("--miesiac")).toInt(&ok);
+        if (!ok || p.month < 1 || p.month > 12)
+            return bad(QStringLiteral("--miesiac"));
+    } else {
+        p.kind = Reports::PeriodKind::Range;
+        p.firstText = values.value(QStringLiteral("--od"));
+        p.lastText = values.value(QStringLiteral("--do"));
+        o.error = Reports::periodFault(p);
+    }
+    return o;
+}
+
+} // namespace
+
+int reportCommand(const QStringList &args)
+{
+    const Options o = parse(args);
+    if (!o.error.isEmpty()) {
+        err(o.error);
+        err(Usage);
+        return 2;
+    }
+    const QString firm = QFileInfo::exists(o.firm) ? QFileInfo(o.firm).absoluteFilePath() : resolveFirmPath(o.firm);
+    if (!QFileInfo::exists(firm)) {
+        err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(o.firm)));
+        return 1;
+    }
+    StartupSettings::loadFontsAndPrintOptions();
+    if (!OpenDb(firm))
+        return 1;
+    QString error;
+    const auto list = Reports::buildRegister(Db(), o.criteria, &error);
+    if (!list) {
+        err(error);
+        CloseDb();
+        return 1;
+    }
+    const Reports::Report report{Reports::makeHeading(Db(), o.criteria, appState().today), *list};
+
+    int code = 0;
+    if (!o.xlsx.isEmpty() && !ReportWorkbook::write(QFileInfo(o.xlsx).absoluteFilePath(), report, &error)) {
+        err(QStringLiteral("Raport nie został zapisany: ") + error);
+        code = 1;
+    }
+    if (!o.pdf.isEmpty()) {
+        const QString pdf = QFileInfo(o.pdf).absoluteFilePath();
+        registerSlipDrivers();
+        PrintEngine &engine = PrintEngine::instance();
+        engine.setPrinterFactory([&]() -> std::unique_ptr<PrintSurface> {
+            return std::make_unique<PdfSurface>(pdf, Reports::reportName(o.criteria.kindIndex));
+        });
+        engine.setNextCopies(1);
+        const bool printed = engine.Drukuj(QStringLiteral("raport"), QVariant::fromValue(report),
+                                           QPageLayout::Portrait, false, QStringLiteral("raport"));
+        engine.setPrinterFactory(nullptr);
+        if (!printed || !QFileInfo::exists(pdf)) {
+            err(QStringLiteral("Nie udało się wydrukować raportu do %1.").arg(QDir::toNativeSeparators(pdf)));
+            code = 1;
+        }
+    }
+    CloseDb();
+    QByteArray text;
+    for (const QString &line : list->lines())
+        text += line.toLocal8Bit() + '\n';
+    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+    return code;
+}
+
+void registerReportCommand()
+{
+    CommandLine::addCommand(
+        QStringLiteral("raport"), QStringLiteral("raport OPCJE"),
+        QStringLiteral("wypisuje listę dokumentów jednego rodzaju z okresu, z sumą \"Ogółem\",\n"
+                       "                         i zapisuje ją do arkusza lub PDF: --firma PLIK --rodzaj 1..4\n"
+                       "                         (--rok RRRR | --miesiac M | --od dd-mm-rrrr --do dd-mm-rrrr)\n"
+                       "                         [--xlsx PLIK.xlsx] [--pdf PLIK.pdf]"),
+        reportCommand);
+}
