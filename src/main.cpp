@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 #include "Main.h"
 #include "Version.h"
+#include "db/ImportMdbCommand.h"
 #include "print/PrintCommand.h"
 #include "reports/ReportCommand.h"
 
@@ -18,6 +19,7 @@ int main(int argc, char **argv)
 
     registerPrintCommand();
     registerReportCommand();
+    registerImportMdbCommand();
     if (CommandLine::isCommand(args)) {
         if (CommandLine::needsApplication(args)) {
             // Printing needs the GUI classes but no screen: headless unless told otherwise.

@@ -4,6 +4,8 @@
 #include "Dialogs.h"
 #include "Messages.h"
 #include "db/FirmDatabase.h"
+#include "db/MdbConversion.h"
+#include "db/MdbReader.h"
 #include "db/Structure.h"
 #include "documents/Accounts.h"
 #include "documents/ScheduledPayments.h"
@@ -89,10 +91,16 @@ QString resolveFirmPath(const QString &name)
 bool OpenDb(const QString &name)
 {
     ShowProgress(QStringLiteral("Ładuję firmę"), 2);
+    QString path = resolveFirmPath(name);
+    // A firm file of the earlier Windows version is converted into one of ours beside it;
+    // declined or failed, the firm open now stays open.
+    if (MdbReader::isAccessFile(path) && (path = MdbConversion::convertForOpening(path)).isEmpty()) {
+        ShowProgress(QString(), 100);
+        return false;
+    }
     if (isFirmOpen())
         CloseDb();
 
-    const QString path = resolveFirmPath(name);
     bool readOnly = false;
     QString error;
     auto opened = FirmDatabase::open(path, Connection, &readOnly, &error);

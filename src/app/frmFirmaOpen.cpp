@@ -130,7 +130,8 @@ void frmFirmaOpen::chooseSelected()
 
 void frmFirmaOpen::chooseFile()
 {
-    const QString path = dialogs().openFileName(QStringLiteral("Otwórz firmę"), appState().bazyPath, FirmDatabase::FileFilter);
+    const QString path = dialogs().openFileName(QStringLiteral("Otwórz firmę"), appState().bazyPath,
+                                                QStringLiteral("Bazy przelewów (*.zlc *.mdb *.MDB);;Wszystkie pliki (*)"));
     if (!path.isEmpty())
         choose(path);
 }

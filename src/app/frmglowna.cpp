@@ -17,6 +17,9 @@
 #include "documents/frmprzelew.h"
 #include "documents/frmslzapl_term.h"
 #include "documents/frmzap_term.h"
+#include "documents/Accounts.h"
+#include "exchange/frmImport.h"
+#include "exchange/frmImportFirm.h"
 #include "frmFirmaOpen.h"
 #include "frmUstawienia.h"
 #include "frmglowna_img.h"
@@ -149,7 +152,16 @@ void frmglowna::buildMenus()
         connect(window, &frmfirma::saved, this, &frmglowna::LoadFirma);
         showChild(window);
     });
-    m_firmActions << addCommand(system, QStringLiteral("mnuImportWin"), QStringLiteral("Import danych"));
+    m_firmActions << addCommand(system, QStringLiteral("mnuImportWin"), QStringLiteral("Import danych"), [this] {
+        auto *window = new frmImportFirm;
+        connect(window, &frmImportFirm::imported, this, [this] {
+            Accounts::load(Db());
+            LoadFirma();
+            if (auto *browse = qobject_cast<frmprzegladanie *>(childWindow(QStringLiteral("frmprzegladanie"))))
+                browse->refresh();
+        });
+        showChild(window);
+    });
     m_firmActions << addCommand(system, QStringLiteral("mnuclosedb"), QStringLiteral("Zamknij firmę"), [this] { CloseDB(); });
     addSeparator(system, QStringLiteral("mnusep7"));
     addCommand(system, QStringLiteral("mnuochrona"), QStringLiteral("Ochrona"));
@@ -174,7 +186,20 @@ void frmglowna::buildMenus()
     addSeparator(docs, QStringLiteral("mnusep6"));
     addCommand(docs, QStringLiteral("mnuzaplatyterm"), QStringLiteral("Zapłaty terminowe"), [this] { showChild(new frmzap_term); });
     addSeparator(docs, QStringLiteral("mnusepar"));
-    addCommand(docs, QStringLiteral("mnuimport"), QStringLiteral("Import z pliku"));
+    addCommand(docs, QStringLiteral("mnuimport"), QStringLiteral("Import z pliku"), [this] {
+        // The block goes into an open new document, else into a new bank transfer.
+        showChild(new frmImport([this]() -> QWidget * {
+            for (QMdiSubWindow *sub : m_mdi->subWindowList()) {
+                auto *entry = qobject_cast<frmprzelew *>(sub->widget());
+                if (entry && entry->mode() == EntryRules::New) {
+                    m_mdi->setActiveSubWindow(sub);
+                    return entry;
+                }
+            }
+            command(indexed("mnuzlecanki", 0))->trigger();
+            return childWindow(EntryRules::windowName(EntryRules::New, 1, 0));
+        }));
+    });
     addSeparator(docs, QStringLiteral("mnusep13"));
     addCommand(docs, QStringLiteral("mnuprzeglad"), QStringLiteral("Przeglądanie/Korekta"),
                [this] { showChild(new frmprzegladanie); });

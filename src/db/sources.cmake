@@ -1,4 +1,7 @@
 list(APPEND CORE_SOURCES
   db/FirmDatabase.cpp
   db/Structure.cpp
+  db/MdbReader.cpp
+  db/MdbConversion.cpp
+  db/ImportMdbCommand.cpp
 )

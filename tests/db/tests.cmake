@@ -1,1 +1,2 @@
 zlecanki_test(tst_structure db/tst_structure.cpp)
+zlecanki_test(tst_mdbconversion db/tst_mdbconversion.cpp)

@@ -1,0 +1,243 @@
+#include "AppState.h"
+#include "Firm.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "TestFirm.h"
+#include "TestWidgets.h"
+#include "app/frmglowna.h"
+#include "documents/DocumentStore.h"
+#include "exchange/frmImport.h"
+#include "exchange/frmImportFirm.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QListWidget>
+#include <QSqlQuery>
+#include <QStringEncoder>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+// An export file of `count` blocks in Windows-1250 with CR LF lines.
+QByteArray exportFile(int count)
+{
+    QString text = QStringLiteral("naglowek pliku\r\n");
+    for (int n = 0; n < count; ++n) {
+        text += QStringLiteral("***\r\n1\r\n2\r\n3\r\n4\r\n5\r\n");
+        const QStringList values = {QStringLiteral("Odbiorca %1").arg(n), QStringLiteral("cd"), QStringLiteral("Długa 1"),
+                                    QStringLiteral("90-001"), QStringLiteral("Łódź"), QStringLiteral("PKO"),
+                                    QStringLiteral("12 3456"), QStringLiteral("Faktura=%1").arg(n),
+                                    QStringLiteral("%1,50").arg(n), QStringLiteral("05-03-2026")};
+        for (const QString &v : values)
+            text += QStringLiteral("k=") + v + QStringLiteral("\r\n");
+    }
+    QStringEncoder cp1250("windows-1250");
+    return cp1250(text);
+}
+
+QString written(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? QString::fromLatin1(f.readAll()) : QStringLiteral("<brak>");
+}
+
+QStringList said(const RecordingDialogs &d)
+{
+    QStringList out;
+    for (const auto &c : d.calls)
+        if (c.kind == QLatin1String("message") || c.kind == QLatin1String("question"))
+            out << c.text.section(QLatin1Char('\n'), 0, 0);
+    return out;
+}
+
+} // namespace
+
+class TestImportWindows : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void exportFileTakenOverAndRemoved();
+    void firmImport_data();
+    void firmImport();
+    void accessFileOpenedAsFirm();
+
+private:
+    QString m_source;
+    std::unique_ptr<TestEnv> m_env;
+    std::unique_ptr<RecordingDialogs> m_dialogs;
+    std::unique_ptr<frmglowna> m_window;
+    int m_files = 0;
+};
+
+void TestImportWindows::initTestCase()
+{
+    m_env = std::make_unique<TestEnv>();
+    initPaths();
+    // A firm to import from: its data, two documents (their recipient joins the
+    // contractors) and a scheduled payment.
+    RecordingDialogs quiet;
+    m_source = m_env->newPath(QStringLiteral("zrodlo.zlc"));
+    QVERIFY(openNewFirm(m_source, sampleFirm()));
+    for (int kind : {1, 3}) {
+        PaymentDocument doc = sampleDocument(kind);
+        QVERIFY(DocumentStore::insert(Db(), doc));
+    }
+    QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("INSERT INTO CYKLICZNE (NAZWA, RODZAJ, WARTOSC) VALUES ('Czynsz', 1, 5000000)")));
+    CloseDb();
+}
+
+void TestImportWindows::init()
+{
+    m_dialogs = std::make_unique<RecordingDialogs>();
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("cel%1.zlc").arg(++m_files))));
+    m_window = std::make_unique<frmglowna>();
+    m_window->show();
+    m_window->LoadFirma();
+    m_dialogs->clear();
+}
+
+void TestImportWindows::cleanup()
+{
+    m_window->closeAllWindows();
+    m_window.reset();
+    CloseDb();
+    m_dialogs.reset();
+}
+
+void TestImportWindows::exportFileTakenOverAndRemoved()
+{
+    const QString path = appState().suiteRoot + QStringLiteral("PL.EXP");
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(exportFile(5));
+    f.close();
+
+    m_dialogs->files << m_env->newPath(QStringLiteral("nie-ma.EXP")) << path;
+    m_window->command(QStringLiteral("mnuimport"))->trigger();
+    QWidget *w = m_window->childWindow(QStringLiteral("frmImport"));
+    QVERIFY(w);
+    QTRY_COMPARE(m_dialogs->callsOf(QStringLiteral("open")).size(), 1);
+    QCOMPARE(said(*m_dialogs), QStringList{"Nie ma takiego pliku"});
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("open")).first().title, QStringLiteral("Otwórz plik"));
+    click(w, QStringLiteral("cmdImport"));
+    auto *list = child<QListWidget>(w, QStringLiteral("lstdok"));
+    QCOMPARE(list->count(), 5);
+    QCOMPARE(list->item(4)->text(), QStringLiteral("Odbiorca 4; Faktura=4; 4,50"));
+
+    click(w, QStringLiteral("cmdpokaz"));
+    QCOMPARE(m_dialogs->beeps, 1);
+    list->setCurrentRow(0);
+    child<QCheckBox>(w, QStringLiteral("chkusun"))->setChecked(true);
+    click(w, QStringLiteral("cmdpokaz"));
+    QWidget *entry = m_window->childWindow(QStringLiteral("frmprzelew_1"));
+    QVERIFY(entry);
+    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtmiasto"))->text(), QStringLiteral("Łódź"));
+    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtzadokument"))->text(), QStringLiteral("Faktura=0"));
+    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtwartosc"))->text(), QStringLiteral("0,50"));
+    // Blocks 0, 2 and 4 left the file; the list lost one entry.
+    QCOMPARE(list->count(), 4);
+    QCOMPARE(written(path).count(QLatin1String("***")), 2);
+    QVERIFY(written(path).contains(QLatin1String("Odbiorca 1")) && written(path).contains(QLatin1String("Odbiorca 3")));
+
+    while (list->count() > 0) {
+        list->setCurrentRow(0);
+        click(w, QStringLiteral("cmdusun"));
+    }
+    QVERIFY(!QFile::exists(path));
+}
+
+void TestImportWindows::firmImport_data()
+{
+    QTest::addColumn<QString>("source");   // "firm", "same", "missing", "text", "nwind"
+    QTest::addColumn<QString>("ticked");   // one digit per category
+    QTest::addColumn<int>("runs");
+    QTest::addColumn<QStringList>("said"); // first lines of every box, in order
+    QTest::addColumn<QString>("counts");   // FIRMA name, rows of ZLECANKI, CYKLICZNE, KONTRAHENCI
+    const QString question = QStringLiteral("Import skasuje wszystkie aktualne dane z wybranych kategorii.");
+    const QString ok = QStringLiteral("Import zakończono pomyślnie");
+    const QString empty = QStringLiteral("|0|0|0");
+    QTest::newRow("all into an empty firm") << "firm" << "1111" << 1 << QStringList{question, ok}
+                                            << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
+    QTest::newRow("documents twice") << "firm" << "0100" << 2
+                                     << QStringList{question, ok, question,
+                                                    QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
+                                                    QStringLiteral("Import zakończono z błędami")}
+                                     << QStringLiteral("|2|0|0");
+    QTest::newRow("nothing ticked") << "firm" << "0000" << 1 << QStringList{question, ok} << empty;
+    QTest::newRow("same firm, other letter case") << "same" << "1111" << 1
+                                                  << QStringList{"Nie można importować z tej samej firmy"} << empty;
+    QTest::newRow("missing file") << "missing" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
+    QTest::newRow("not a database") << "text" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
+    QTest::newRow("Access file of another program") << "nwind" << "1111" << 1
+                                                    << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
+                                                                   "nim tabel ZLECANKI ani FIRMA):"}
+                                                    << empty;
+}
+
+void TestImportWindows::firmImport()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, ticked);
+    QFETCH(int, runs);
+    QFETCH(QStringList, said);
+    QFETCH(QString, counts);
+    QString file = m_source;
+    if (source == QLatin1String("same"))
+        file = firmFile().toUpper();
+    else if (source == QLatin1String("missing"))
+        file = QStringLiteral("/nie/ma.zlc");
+    else if (source == QLatin1String("text")) {
+        file = m_env->newPath(QStringLiteral("tekst%1.zlc").arg(m_files));
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(4096, 'x'));
+    } else if (source == QLatin1String("nwind")) {
+        file = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/mdb/nwind.mdb");
+        if (!QFile::exists(file))
+            QSKIP("No ../shared/testdata/mdb/nwind.mdb: an Access source is not checked.");
+    }
+    m_dialogs->files << file;
+    m_window->command(QStringLiteral("mnuImportWin"))->trigger();
+    QWidget *w = m_window->childWindow(QStringLiteral("frmImportFirm"));
+    QVERIFY(w);
+    click(w, QStringLiteral("cmdSzukaj"));
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("open")).first().title, QStringLiteral("Wybierz plik z bazą"));
+    QCOMPARE(child<QLineEdit>(w, QStringLiteral("txtPlik"))->text(), file);
+    for (int i = 0; i < 4; ++i)
+        child<QCheckBox>(w, QStringLiteral("chkImport_%1").arg(i))->setChecked(ticked.at(i) == QLatin1Char('1'));
+    for (int i = 0; i < runs; ++i)
+        click(w, QStringLiteral("cmdOK"));
+    QCOMPARE(::said(*m_dialogs), said);
+    QCOMPARE(stored(QStringLiteral("SELECT (SELECT ifnull(max(NAZWA),'') FROM FIRMA) || '|' || (SELECT count(*) FROM ZLECANKI)"
+                                   " || '|' || (SELECT count(*) FROM CYKLICZNE) || '|' || (SELECT count(*) FROM KONTRAHENCI)")),
+             counts);
+    // The firm's caption follows its imported data.
+    if (ticked.at(0) == QLatin1Char('1') && said.last() == QLatin1String("Import zakończono pomyślnie"))
+        QVERIFY(m_window->windowTitle().contains(QLatin1String("Zakład Ślusarski Żółć")));
+}
+
+void TestImportWindows::accessFileOpenedAsFirm()
+{
+    const QString real = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/mdb/nwind.mdb");
+    if (!QFile::exists(real))
+        QSKIP("No ../shared/testdata/mdb/nwind.mdb: opening an Access file is not checked.");
+    // The file is read in place through a link in a writable folder.
+    const QString link = m_env->newPath(QStringLiteral("stara%1.mdb").arg(m_files));
+    QVERIFY(QFile::link(real, link));
+    const QString open = firmFile();
+    m_dialogs->answers << false << true;
+    QVERIFY(!OpenDb(link));
+    QVERIFY(!OpenDb(link));
+    QCOMPARE(firmFile(), open);
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("question")).size(), 2);
+    QVERIFY(m_dialogs->saw(QStringLiteral("nie jest bazą firmy")));
+    QVERIFY(!QFile::exists(m_env->newPath(QStringLiteral("stara%1.zlc").arg(m_files))));
+}
+
+QTEST_MAIN(TestImportWindows)
+#include "tst_importwindows.moc"
