@@ -27,6 +27,7 @@ PrintEngine::PrintEngine()
 {
     m_font.setFamily(fontFamily(QStringLiteral("Arial CE")));
     m_font.setPixelSize(200);
+    m_metrics = QFontMetricsF(m_font);
 }
 
 PrintEngine &PrintEngine::instance()
@@ -127,6 +128,7 @@ bool PrintEngine::run(PrintSurface &surface, int passes)
         m_font.setBold(false);
         m_font.setItalic(false);
         m_font.setUnderline(false);
+        m_metrics = QFontMetricsF(m_font);
         if (m_painter.isActive())
             m_painter.setFont(m_font);
         Wykonaj();
@@ -186,7 +188,7 @@ void PrintEngine::DrukTekst(const QString &text, qreal x, qreal y, bool centre)
 {
     if (!ensurePage())
         return;
-    const QFontMetricsF fm(m_font);
+    const QFontMetricsF &fm = m_metrics;
     const qreal left = m_originX + x - (centre ? fm.horizontalAdvance(text) / 2 : 0);
     const qreal top = m_originY + y;
     // The position is the text's top, as on the old printing surface; Qt draws on the baseline.
@@ -206,13 +208,14 @@ void PrintEngine::UstawCzcionke(qreal size, bool bold, bool italic, const QStrin
     m_font.setPixelSize(qMax(1, qRound(size * 20)));
     m_font.setBold(bold);
     m_font.setItalic(italic);
+    m_metrics = QFontMetricsF(m_font);
     if (m_painter.isActive())
         m_painter.setFont(m_font);
 }
 
 qreal PrintEngine::WysokoscWiersza() const
 {
-    const qreal height = QFontMetricsF(m_font).height();
+    const qreal height = m_metrics.height();
     return m_surface && m_surface->isPreview() ? height - 35 : height;
 }
 
@@ -237,7 +240,7 @@ void PrintEngine::KoniecStrony()
 
 qreal PrintEngine::textWidth(const QString &text) const
 {
-    return QFontMetricsF(m_font).horizontalAdvance(text);
+    return m_metrics.horizontalAdvance(text);
 }
 
 void PrintEngine::DrukSlownie(Money amount, qreal x, qreal &y, qreal width)
@@ -246,7 +249,7 @@ void PrintEngine::DrukSlownie(Money amount, qreal x, qreal &y, qreal width)
     if (text.isEmpty())
         return;
     const WrappedWording wrapped = wrapWording(text, [this](const QString &s) { return textWidth(s); }, width);
-    const qreal advance = QFontMetricsF(m_font).height();
+    const qreal advance = m_metrics.height();
     for (const QString &line : wrapped.lines) {
         DrukTekst(line, x, y);
         y += advance;

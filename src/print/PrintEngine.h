@@ -4,6 +4,7 @@
 #include "PrintSurface.h"
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QHash>
 #include <QPageLayout>
 #include <QPainter>
@@ -118,6 +119,8 @@ private:
     QPainter m_painter;
     PrintSurface *m_surface = nullptr;
     QFont m_font;
+    // Metrics of m_font, kept with it: a long printout asks for them at every text.
+    QFontMetricsF m_metrics{QFont()};
     qreal m_originX = 0, m_originY = 0;
     qreal m_currentY = 0;
     bool m_pageEnded = false;
