@@ -3,11 +3,17 @@
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "Users.h"
+#include "AppState.h"
+#include "SettingsStore.h"
+#include "exchange/basKONTORIAN.h"
+#include "frmFirmaOpen.h"
 #include "frmglowna.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QFile>
+#include <QListWidget>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -24,6 +30,7 @@ private Q_SLOTS:
     void firstUserAndLogin();
     void areaAnswersToRight_data();
     void areaAnswersToRight();
+    void suiteFirmsOffered();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -188,6 +195,29 @@ void TestUsers::areaAnswersToRight()
             QCOMPARE(m_main->childWindow(window) != nullptr, granted);
         m_main->closeAllWindows();
     }
+}
+
+// "Otwórz firmę..." offers the suite's firms; the first choice of one makes its database.
+void TestUsers::suiteFirmsOffered()
+{
+    using SettingsStore::Suite;
+    SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl7"), QStringLiteral("12"));
+    SettingsStore::save(Suite, QStringLiteral("Spl12"), QStringLiteral("Nazwa"), QStringLiteral("Biuro Sowa"));
+    SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl3"), QString()); // no identifier
+    QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), QStringLiteral("Brak")), QStringLiteral("0"));
+
+    frmFirmaOpen w;
+    auto *list = child<QListWidget>(&w, QStringLiteral("lstfirmy"));
+    QCOMPARE(list->item(0)->text(), QStringLiteral("Firma standardowa"));
+    QCOMPARE(list->item(1)->text(), QStringLiteral("Biuro Sowa  (Kontorian)"));
+    QSignalSpy chosen(&w, &frmFirmaOpen::chosen);
+    list->setCurrentRow(1);
+    click(&w, QStringLiteral("cmdok"));
+    QCOMPARE(chosen.size(), 1);
+    const QString path = chosen.constFirst().constFirst().toString();
+    QCOMPARE(path, appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
+    QVERIFY(QFile::exists(path));
+    QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), path);
 }
 
 QTEST_MAIN(TestUsers)
