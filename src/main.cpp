@@ -39,6 +39,11 @@ int main(int argc, char **argv)
         return 2;
     }
 
+    // An automation copy shows nothing, and the bus may start it without a display.
+    if (options.automation && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("ZLECANKI_QPA_AUTOMATION", "1");
+    }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Zlecanki"));
     QApplication::setOrganizationName(QStringLiteral("Kontorian"));

@@ -42,7 +42,8 @@ bool checkDuePayments(const QSqlDatabase &db)
     return due && !due->isEmpty();
 }
 
-// The firm's document and print flags and the margins, first row of each table, Null as 0.
+} // namespace
+
 void readFirmSettings(QSqlDatabase &db)
 {
     AppState &s = appState();
@@ -65,8 +66,6 @@ void readFirmSettings(QSqlDatabase &db)
         s.margPrawy = static_cast<qint16>(q.value(1).toInt());
     }
 }
-
-} // namespace
 
 FirmEvents &FirmEvents::instance()
 {

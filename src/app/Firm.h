@@ -31,6 +31,9 @@ void ShowProgress(const QString &text, int percent = -1);
 // Opens a firm database: `name` without "/" is a file in the databases folder, otherwise a
 // path. On failure a Polish message is shown and no firm is open. Returns success.
 bool OpenDb(const QString &name);
+// Reads a firm's document and print flags and its margins (first row of Ustawienia and
+// Ustawienia2, Null as 0) into the application state.
+void readFirmSettings(QSqlDatabase &db);
 // Closes the open firm database (windows are closed by the caller before).
 void CloseDb();
 

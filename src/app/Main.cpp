@@ -5,7 +5,11 @@
 #include "Firm.h"
 #include "SettingsStore.h"
 #include "SingleInstance.h"
+#include "Users.h"
 #include "WidgetDialogs.h"
+#include "exchange/Automation.h"
+#include "exchange/clsSerwerBus.h"
+#include "frmLogin.h"
 #include "frmglowna.h"
 #include "frmstart.h"
 #include "print/PrinterSurface.h"
@@ -20,9 +24,9 @@
 
 int Main(QApplication &app, const CommandLine::StartOptions &options)
 {
-    // Started by another program of the suite: it drives the program, no windows here.
+    // Started by the session bus for another program of the suite: no windows here.
     if (options.automation)
-        return 0;
+        return runAutomation(app);
 
     // Unattended runs (scripts, measurements) want messages on standard error instead of boxes.
     std::unique_ptr<WidgetDialogs> widgetDialogs;
@@ -35,9 +39,15 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
     splash->show();
     app.processEvents();
 
+    // This copy serves the automation object too; it is on the bus before the name is taken.
+    clsSerwerBus serwer;
+    serwer.registerOnBus();
     SingleInstance instance;
-    if (!instance.acquire()) {
+    if (instance.acquire() == SingleInstance::Outcome::Running) {
         splash.reset();
+        // The running copy opens the firm asked for here and comes to the front.
+        if (instance.handOver(options.firmFile) && !options.firmFile.isEmpty())
+            return 0;
         dialogs().message(QStringLiteral("Nie można uruchomić drugiej kopii programu"), QStringLiteral("Koniec"),
                           Dialogs::Icon::Information);
         return 1;
@@ -68,6 +78,22 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
     main.restorePlacement();
     main.show();
     main.openStartFirm(options.firmFile);
+    serwer.server().setStarter([&main](const QString &firm) {
+        // After the call is answered: opening a firm may ask the user things.
+        QTimer::singleShot(0, &main, [&main, firm] {
+            if (!firm.isEmpty())
+                main.openFirm(firm);
+            main.setWindowState(main.windowState() & ~Qt::WindowMinimized);
+            main.show();
+            main.raise();
+            main.activateWindow();
+        });
+    });
+    QString usersError;
+    if (!UserSession::instance().reload(&usersError))
+        dialogs().exclamation(usersError, QStringLiteral("Ochrona"));
+    else if (UserSession::instance().usersDefined())
+        main.showChild(new frmLogin);
     QObject::disconnect(progress);
 
     if (!SettingsStore::loadBool(QStringLiteral("kom_roz"), true)) {

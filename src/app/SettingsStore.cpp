@@ -76,6 +76,13 @@ void remove(const QString &app, const QString &section, const QString &key)
     s.sync();
 }
 
+QStringList keys(const QString &app, const QString &section)
+{
+    QSettings s = open(app);
+    s.beginGroup(section);
+    return s.childKeys();
+}
+
 QString boolText(bool value)
 {
     return value ? QStringLiteral("True") : QStringLiteral("False");

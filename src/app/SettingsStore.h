@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -21,6 +22,8 @@ QString get(const QString &app, const QString &section, const QString &key,
             const QString &defaultValue = QString());
 void save(const QString &app, const QString &section, const QString &key, const QString &value);
 void remove(const QString &app, const QString &section, const QString &key);
+// The keys of a section, as stored.
+QStringList keys(const QString &app, const QString &section);
 
 // "True"/"False" (also "-1"/"1"/"0", any case); anything else gives the default.
 bool getBool(const QString &app, const QString &section, const QString &key, bool defaultValue);

@@ -7,6 +7,7 @@
 #include "Messages.h"
 #include "WindowUtil.h"
 #include "db/FirmDatabase.h"
+#include "exchange/basKONTORIAN.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,6 +19,8 @@
 #include <QVBoxLayout>
 
 namespace {
+
+const QString SuiteMark = QStringLiteral("kontorm:");
 
 // The name a firm file gives itself, read without changing anything in it.
 QString firmName(const QString &path)
@@ -84,11 +87,20 @@ void frmFirmaOpen::refresh()
         item->setToolTip(QDir::toNativeSeparators(path));
     };
     add(StandardFirmName, standardFirmPath());
+    // The suite's firms; one without a database of this program yet gets it when chosen.
+    for (const basKONTORIAN::SuiteFirm &f : basKONTORIAN::firms())
+        add(f.name + QStringLiteral("  (Kontorian)"), f.database.isEmpty() ? SuiteMark + f.code : f.database);
+    auto listed = [this](const QString &path) {
+        for (int i = 0; i < m_list->count(); ++i)
+            if (m_list->item(i)->data(Qt::UserRole).toString() == path)
+                return true;
+        return false;
+    };
     const QFileInfoList files = QDir(appState().bazyPath)
                                     .entryInfoList({QStringLiteral("*.") + FirmDatabase::Extension}, QDir::Files,
                                                    QDir::Name | QDir::IgnoreCase);
     for (const QFileInfo &fi : files) {
-        if (fi.absoluteFilePath() == QFileInfo(standardFirmPath()).absoluteFilePath())
+        if (fi.absoluteFilePath() == QFileInfo(standardFirmPath()).absoluteFilePath() || listed(fi.absoluteFilePath()))
             continue;
         const QString name = firmName(fi.absoluteFilePath());
         add(name.isEmpty() ? fi.completeBaseName() : name + QStringLiteral("  (") + fi.fileName() + QLatin1Char(')'),
@@ -117,7 +129,19 @@ void frmFirmaOpen::chooseSelected()
         dialogs().beep();
         return;
     }
-    const QString path = item->data(Qt::UserRole).toString();
+    QString path = item->data(Qt::UserRole).toString();
+    if (path.startsWith(SuiteMark)) {
+        QString error;
+        std::optional<QString> made;
+        for (const basKONTORIAN::SuiteFirm &f : basKONTORIAN::firms())
+            if (f.code == path.mid(SuiteMark.size()))
+                made = basKONTORIAN::ensureDatabase(f, &error);
+        if (!made) {
+            dialogs().exclamation(error, Msg(51));
+            return;
+        }
+        path = *made;
+    }
     if (path == standardFirmPath()) {
         QString error;
         if (!ensureStandardFirm(&error)) {

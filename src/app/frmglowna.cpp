@@ -21,6 +21,9 @@
 #include "exchange/frmImport.h"
 #include "exchange/frmImportFirm.h"
 #include "frmFirmaOpen.h"
+#include "frmLogin.h"
+#include "frmOchrona.h"
+#include "RightsGuard.h"
 #include "frmUstawienia.h"
 #include "frmglowna_img.h"
 #include "frmhotline.h"
@@ -112,6 +115,7 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
         LoadFirma();
     else
         UkryjMenu();
+    guardByRights(*this);
 }
 
 frmglowna::~frmglowna()
@@ -164,8 +168,8 @@ void frmglowna::buildMenus()
     });
     m_firmActions << addCommand(system, QStringLiteral("mnuclosedb"), QStringLiteral("Zamknij firmę"), [this] { CloseDB(); });
     addSeparator(system, QStringLiteral("mnusep7"));
-    addCommand(system, QStringLiteral("mnuochrona"), QStringLiteral("Ochrona"));
-    addCommand(system, QStringLiteral("mnuuser"), QStringLiteral("Zmień użytkownika"));
+    addCommand(system, QStringLiteral("mnuochrona"), QStringLiteral("Ochrona"), [this] { showChild(new frmOchrona); });
+    addCommand(system, QStringLiteral("mnuuser"), QStringLiteral("Zmień użytkownika"), [this] { showChild(new frmLogin); });
     addSeparator(system, QStringLiteral("mnusep4"));
     QAction *quit = addCommand(system, QStringLiteral("mnukoniec"), QStringLiteral("Koniec"), [this] { close(); });
     quit->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F4));

@@ -8,15 +8,19 @@ list(APPEND CORE_SOURCES
   app/Messages.cpp
   app/Money.cpp
   app/SettingsStore.cpp
-  app/SingleInstance.cpp
   app/StartupSettings.cpp
   app/UserOptions.cpp
+  app/Users.cpp
 )
 list(APPEND UI_SOURCES
   app/Main.cpp
+  app/SingleInstance.cpp
   app/WidgetDialogs.cpp
   app/WindowUtil.cpp
+  app/RightsGuard.cpp
   app/frmFirmaOpen.cpp
+  app/frmLogin.cpp
+  app/frmOchrona.cpp
   app/frmUstawienia.cpp
   app/frmglowna.cpp
   app/frmglowna_img.cpp

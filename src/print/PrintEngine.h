@@ -66,6 +66,7 @@ public:
     // Where printer output goes: the desktop installs the CUPS printer of the settings;
     // the command line and tests a PDF file.
     void setPrinterFactory(SurfaceFactory factory);
+    SurfaceFactory printerFactory() const { return m_printerFactory; }
     // Shows finished preview pages (the preview window); without one the preview is dropped.
     void setPreviewSink(std::function<void(const Job &, const QList<QPicture> &, QSizeF pageTwips)> sink);
 

@@ -1,0 +1,64 @@
+#include "RightsGuard.h"
+
+#include "Users.h"
+#include "frmglowna.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QPointer>
+
+namespace {
+
+// The commands of each area; a menu's own command stands for the whole menu.
+const QList<QPair<QString, QStringList>> &areaCommands()
+{
+    static const QList<QPair<QString, QStringList>> map = {
+        {QStringLiteral("Admin"), {QStringLiteral("mnuochrona"), QStringLiteral("mnufirmabiz"), QStringLiteral("mnuImportWin")}},
+        {QStringLiteral("Dane firmy"), {QStringLiteral("mnufirmadane")}},
+        {QStringLiteral("Dokumenty"), {QStringLiteral("mnudokumentybar")}},
+        {QStringLiteral("Raporty"), {QStringLiteral("mnuraportybar")}},
+        {QStringLiteral("Slowniki"), {QStringLiteral("mnuslownikibar")}},
+        {QStringLiteral("Ustawienia"), {QStringLiteral("mnuustawbar")}},
+    };
+    return map;
+}
+
+const char *BuiltEnabled = "zlecankiBuiltEnabled";
+
+void setAllowed(QAction *a, bool allowed)
+{
+    if (!a->property(BuiltEnabled).isValid())
+        a->setProperty(BuiltEnabled, a->isEnabled());
+    a->setEnabled(allowed && a->property(BuiltEnabled).toBool());
+}
+
+void apply(frmglowna &main)
+{
+    const UserSession &session = UserSession::instance();
+    for (const auto &[area, names] : areaCommands()) {
+        const bool allowed = session.allowed(area);
+        for (const QString &name : names) {
+            QAction *a = main.command(name);
+            if (!a)
+                continue;
+            setAllowed(a, allowed);
+            // The commands inside a menu too, so that neither a shortcut nor the toolbar opens them.
+            if (QMenu *menu = a->menu())
+                for (QAction *inside : menu->actions())
+                    if (!inside->isSeparator())
+                        setAllowed(inside, allowed);
+        }
+    }
+}
+
+} // namespace
+
+void guardByRights(frmglowna &main)
+{
+    QObject::connect(&UserSession::instance(), &UserSession::changed, &main,
+                     [window = QPointer<frmglowna>(&main)] {
+                         if (window)
+                             apply(*window);
+                     });
+    apply(main);
+}

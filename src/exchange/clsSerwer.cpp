@@ -1,0 +1,210 @@
+#include "clsSerwer.h"
+
+#include "AppState.h"
+#include "Dialogs.h"
+#include "Firm.h"
+#include "db/FirmDatabase.h"
+#include "db/Structure.h"
+#include "documents/Accounts.h"
+#include "documents/ChoiceLists.h"
+#include "documents/ContractorStore.h"
+#include "documents/DocumentStore.h"
+#include "print/DocumentSlips.h"
+#include "print/PrintEngine.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+const QString Connection = QStringLiteral("Zlecanki");
+const QString Procedure = QStringLiteral("dprzelewSerwer");
+
+// The slip being printed by the server's driver.
+const SlipRecords *printing = nullptr;
+
+// Nobody sits at the server: questions take their first answer, hints are dropped, and
+// what went wrong is kept for the caller.
+class ServerDialogs : public ConsoleDialogs {
+public:
+    ServerDialogs() { m_previous = setDialogs(this); }
+    ~ServerDialogs() override { setDialogs(m_previous); }
+    ServerDialogs(const ServerDialogs &) = delete;
+    ServerDialogs &operator=(const ServerDialogs &) = delete;
+
+    void message(const QString &text, const QString &, Icon icon) override
+    {
+        if (icon == Icon::Exclamation || icon == Icon::Critical)
+            errors << text.trimmed();
+    }
+    bool question(const QString &, const QString &) override { return true; }
+    void beep() override {}
+
+    QStringList errors;
+
+private:
+    Dialogs *m_previous = nullptr;
+};
+
+bool fail(const QString &text, QString *error)
+{
+    if (error)
+        *error = text;
+    return false;
+}
+
+bool sameFile(const QString &a, const QString &b)
+{
+    return !a.isEmpty() && !b.isEmpty() && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath();
+}
+
+} // namespace
+
+clsSerwer::clsSerwer()
+{
+    PrintEngine::instance().setDriver(Procedure, [](PrintEngine &engine) {
+        if (printing)
+            DrukPrzelewu(engine, *printing);
+    });
+}
+
+clsSerwer::~clsSerwer()
+{
+    ZamknijBaze();
+}
+
+bool clsSerwer::OtworzBaze(const QString &path, QString *error)
+{
+    ZamknijBaze();
+    const QFileInfo fi(path);
+    if (path.trimmed().isEmpty() || !fi.isFile())
+        return fail(QStringLiteral("Nie ma pliku bazy firmy: %1").arg(QDir::toNativeSeparators(path)), error);
+    bool readOnly = false;
+    QString why;
+    auto db = FirmDatabase::open(fi.absoluteFilePath(), Connection, &readOnly, &why);
+    if (!db) {
+        FirmDatabase::close(Connection);
+        return fail(why, error);
+    }
+    if (!readOnly)
+        Structure::UpgradeStructure(*db);
+    m_path = fi.absoluteFilePath();
+    m_readOnly = readOnly;
+    return true;
+}
+
+void clsSerwer::ZamknijBaze()
+{
+    if (m_path.isEmpty())
+        return;
+    FirmDatabase::close(Connection);
+    m_path.clear();
+    m_readOnly = false;
+}
+
+bool clsSerwer::UruchomZBaza(const QString &path, QString *error)
+{
+    if (!path.isEmpty() && !QFileInfo(path).isFile())
+        return fail(QStringLiteral("Nie ma pliku bazy firmy: %1").arg(QDir::toNativeSeparators(path)), error);
+    if (!m_starter)
+        return fail(QStringLiteral("Ten proces nie może uruchomić okna programu."), error);
+    m_starter(path.isEmpty() ? QString() : QFileInfo(path).absoluteFilePath());
+    return true;
+}
+
+std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const QString &second, QString *error)
+{
+    Q_UNUSED(second);
+    const auto request = parseServerValues(values, error);
+    if (!request)
+        return std::nullopt;
+
+    // A firm the caller opened itself stays open for its next call; any other is opened
+    // for this one transfer.
+    const bool keepOpen = sameFile(m_path, request->firmPath);
+    if (!keepOpen && !OtworzBaze(request->firmPath, error))
+        return std::nullopt;
+    struct Closer {
+        clsSerwer *server;
+        bool keep;
+        ~Closer()
+        {
+            if (!keep)
+                server->ZamknijBaze();
+        }
+    } closer{this, keepOpen};
+    if (m_readOnly) {
+        fail(QStringLiteral("Plik firmy jest tylko do odczytu: %1").arg(QDir::toNativeSeparators(m_path)), error);
+        return std::nullopt;
+    }
+
+    // The printer is looked up before anything is stored, so a wrong name stores nothing.
+    std::unique_ptr<PrintSurface> printer;
+    if (request->target == ServerRequest::Target::Printer) {
+        printer = m_printerFactory ? m_printerFactory(request->targetName) : nullptr;
+        if (!printer) {
+            fail(QStringLiteral("Nie ma drukarki \"%1\" (pozycja 3).").arg(request->targetName), error);
+            return std::nullopt;
+        }
+    }
+
+    bool contractorAdded = false;
+    const auto id = StoreServerDocument(QSqlDatabase::database(Connection, false), *request,
+                                        ChoiceLists::workingDate(), &contractorAdded, error);
+    if (!id)
+        return std::nullopt;
+
+    // The program's window works on the same firm: its accounts and contractors follow.
+    if (sameFile(firmFile(), m_path)) {
+        Accounts::load(Db());
+        if (contractorAdded)
+            Q_EMIT ContractorEvents::instance().changed();
+    }
+
+    if (request->target != ServerRequest::Target::None) {
+        QString why;
+        if (!print(*request, *id, std::move(printer), &why)) {
+            fail(QStringLiteral("Dokument nr %1 zapisano, ale nie udało się go wydrukować: %2").arg(*id).arg(why), error);
+            return std::nullopt;
+        }
+    }
+    return id;
+}
+
+bool clsSerwer::print(const ServerRequest &request, qint32 id, std::unique_ptr<PrintSurface> surface, QString *error)
+{
+    QSqlDatabase db = QSqlDatabase::database(Connection, false);
+    SlipRecords records;
+    const auto doc = DocumentStore::read(db, id, error);
+    if (!doc)
+        return false;
+    records.doc = *doc;
+    records.firm = FirmStore::read(db).value_or(FirmData{});
+
+    if (request.target == ServerRequest::Target::Pdf)
+        surface = std::make_unique<PdfSurface>(request.targetName, QStringLiteral("Zlecanki %1").arg(id));
+
+    // The slip follows this firm's print settings in the server's own font; the program's
+    // state is put back afterwards, as its window may be working on another firm.
+    const AppState saved = appState();
+    readFirmSettings(db);
+    appState().fontPrinter = QStringLiteral("Arial CE");
+
+    PrintEngine &engine = PrintEngine::instance();
+    const PrintEngine::SurfaceFactory previous = engine.printerFactory();
+    engine.setPrinterFactory([&surface]() { return std::move(surface); });
+    engine.setNextCopies(1);
+    ServerDialogs quiet;
+    printing = &records;
+    const bool printed = engine.Drukuj(Procedure, id, QPageLayout::Portrait, false, QStringLiteral("clsSerwer"));
+    printing = nullptr;
+    engine.setPrinterFactory(previous);
+    appState() = saved;
+
+    if (!printed || !quiet.errors.isEmpty())
+        return fail(quiet.errors.isEmpty() ? QStringLiteral("drukarka odmówiła wydruku.") : quiet.errors.join(QLatin1Char(' ')),
+                    error);
+    if (request.target == ServerRequest::Target::Pdf && !QFileInfo::exists(request.targetName))
+        return fail(QStringLiteral("nie powstał plik %1").arg(QDir::toNativeSeparators(request.targetName)), error);
+    return true;
+}
