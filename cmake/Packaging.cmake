@@ -14,6 +14,12 @@ install(FILES ${ZLECANKI_PACKAGING_DIR}/pl.kontorian.Zlecanki.desktop DESTINATIO
 install(FILES ${ZLECANKI_PACKAGING_DIR}/zlecanki.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES ${ZLECANKI_PACKAGING_DIR}/pl.kontorian.Zlecanki.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
 
+# The D-Bus service file lets a call of another suite program start the automation object.
+set(ZLECANKI_AUTOMATION_EXEC ${CMAKE_INSTALL_FULL_BINDIR}/zlecanki)
+configure_file(${PROJECT_SOURCE_DIR}/data/pl.kontorian.Zlecanki.service.in
+               ${PROJECT_BINARY_DIR}/packaging/pl.kontorian.Zlecanki.service @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/packaging/pl.kontorian.Zlecanki.service DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
+
 # The manual page carries the version and the help page's installed path; compressed as
 # Debian keeps them.
 configure_file(${ZLECANKI_PACKAGING_DIR}/zlecanki.1 ${PROJECT_BINARY_DIR}/packaging/zlecanki.1 @ONLY)
