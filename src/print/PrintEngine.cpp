@@ -7,6 +7,8 @@
 #include "words/Slownie.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
+#include <QRawFont>
 
 #include <cmath>
 #include <utility>
@@ -194,6 +196,41 @@ void PrintEngine::DrukTekst(const QString &text, qreal x, qreal y, bool centre)
     // The position is the text's top, as on the old printing surface; Qt draws on the baseline.
     m_painter.drawText(QPointF(left, top + fm.ascent()), text);
     m_currentY = top + fm.height();
+}
+
+void PrintEngine::DrukTeksty(const QList<PlacedText> &texts)
+{
+    if (texts.isEmpty() || !ensurePage())
+        return;
+    const QRawFont font = QRawFont::fromFont(m_font);
+    if (!font.isValid()) {
+        for (const PlacedText &t : texts)
+            DrukTekst(t.text, t.flushRight ? t.x - textWidth(t.text) : t.x, t.y);
+        return;
+    }
+    QList<quint32> glyphs;
+    QList<QPointF> positions;
+    const qreal ascent = m_metrics.ascent();
+    for (const PlacedText &t : texts) {
+        const QList<quint32> indexes = font.glyphIndexesForString(t.text);
+        const QList<QPointF> advances = font.advancesForGlyphIndexes(indexes);
+        qreal width = 0;
+        for (const QPointF &a : advances)
+            width += a.x();
+        qreal x = m_originX + t.x - (t.flushRight ? width : 0);
+        const qreal baseline = m_originY + t.y + ascent;
+        for (qsizetype i = 0; i < indexes.size(); ++i) {
+            glyphs << indexes.at(i);
+            positions << QPointF(x, baseline);
+            x += advances.at(i).x();
+        }
+    }
+    QGlyphRun run;
+    run.setRawFont(font);
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(positions);
+    m_painter.drawGlyphRun(QPointF(0, 0), run);
+    m_currentY = m_originY + texts.last().y + m_metrics.height();
 }
 
 qreal PrintEngine::PozycjaY() const

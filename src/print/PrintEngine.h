@@ -78,6 +78,17 @@ public:
     // Primitives for the drivers.
     void UstawPoczatek(qreal x0, qreal y0);
     void DrukTekst(const QString &text, qreal x, qreal y, bool centre = false);
+    // Many short texts in the current font at once, each at its top-left corner (or with its
+    // right edge at x): one glyph run without text shaping, which Latin text in the slips'
+    // fonts does not need. A long table prints several times faster this way, and a PDF
+    // gets one text object for the whole batch instead of one for each text.
+    struct PlacedText {
+        QString text;
+        qreal x = 0;
+        qreal y = 0;
+        bool flushRight = false;
+    };
+    void DrukTeksty(const QList<PlacedText> &texts);
     qreal PozycjaY() const;
     void UstawCzcionke(qreal size, bool bold = false, bool italic = false, const QString &name = QString());
     qreal WysokoscWiersza() const;

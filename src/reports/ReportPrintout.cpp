@@ -72,11 +72,6 @@ void right(PrintEngine &engine, const QString &text, qreal edge, qreal y)
     engine.DrukTekst(text, edge - engine.textWidth(text), y);
 }
 
-void right(PrintEngine &engine, Widths &widths, const QString &text, qreal edge, qreal y)
-{
-    engine.DrukTekst(text, edge - widths.of(text), y);
-}
-
 qreal printHeading(PrintEngine &engine, const Reports::Heading &h, qreal width)
 {
     qreal y = 0;
@@ -140,9 +135,16 @@ void DrukRaportu(PrintEngine &engine)
 
     int page = 1;
     qreal y = printCaptions(engine, c, printHeading(engine, report.heading, c.amountRight));
+    // The rows of a page are gathered and drawn at once when the page is full.
+    QList<PrintEngine::PlacedText> cells;
+    const auto flush = [&] {
+        engine.DrukTeksty(cells);
+        cells.clear();
+    };
     const auto room = [&](qreal needed) {
         if (y + needed <= last)
             return;
+        flush();
         printFooter(engine, page++, footer, c.amountRight);
         engine.KoniecStrony();
         y = printCaptions(engine, c, 0);
@@ -151,13 +153,14 @@ void DrukRaportu(PrintEngine &engine)
     qsizetype lp = 0;
     for (const Reports::ReportRow &r : report.list.rows) {
         room(line);
-        right(engine, widths, QString::number(++lp), c.lpRight, y);
-        engine.DrukTekst(DateText::format(r.date), c.date, y);
-        engine.DrukTekst(widths.fit(r.contractor, c.contractorWidth()), c.contractor, y);
-        engine.DrukTekst(widths.fit(r.title, c.titleWidth()), c.title, y);
-        right(engine, widths, Kwota(r.amount), c.amountRight, y);
+        cells.append({QString::number(++lp), c.lpRight, y, true});
+        cells.append({DateText::format(r.date), c.date, y});
+        cells.append({widths.fit(r.contractor, c.contractorWidth()), c.contractor, y});
+        cells.append({widths.fit(r.title, c.titleWidth()), c.title, y});
+        cells.append({Kwota(r.amount), c.amountRight, y, true});
         y += line;
     }
+    flush();
     room(line + 60);
     engine.Linia(0, y + 20, c.amountRight, y + 20, 10);
     y += 60;
