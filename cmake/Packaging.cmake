@@ -6,6 +6,7 @@ include(GNUInstallDirs)
 set(ZLECANKI_PACKAGING_DIR ${PROJECT_SOURCE_DIR}/packaging)
 set(ZLECANKI_VERSION ${PROJECT_VERSION})
 set(ZLECANKI_HELP_PATH ${CMAKE_INSTALL_FULL_DATADIR}/zlecanki/zlecanki.htm)
+set(ZLECANKI_SERVICE_PATH ${CMAKE_INSTALL_FULL_DATADIR}/dbus-1/services/pl.kontorian.Zlecanki.service)
 
 install(TARGETS zlecanki RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # The program looks for its help page in ../share/zlecanki beside its own folder.
