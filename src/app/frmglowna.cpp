@@ -22,6 +22,7 @@
 #include "exchange/frmImportFirm.h"
 #include "frmFirmaOpen.h"
 #include "frmLogin.h"
+#include "Users.h"
 #include "frmOchrona.h"
 #include "RightsGuard.h"
 #include "frmUstawienia.h"
@@ -99,10 +100,7 @@ frmglowna::frmglowna(QWidget *parent) : QMainWindow(parent)
     connect(&FirmEvents::instance(), &FirmEvents::closed, this, &frmglowna::UkryjMenu);
     connect(&FirmEvents::instance(), &FirmEvents::openFailed, this, &frmglowna::UkryjMenu);
     // Queued: the alarm window opens once the opening has finished and the menus are shown.
-    connect(&FirmEvents::instance(), &FirmEvents::paymentsDue, this, [this] {
-        if (auto *alarm = qobject_cast<frmzap_term *>(showChild(new frmzap_term)))
-            alarm->fillList();
-    }, Qt::QueuedConnection);
+    connect(&FirmEvents::instance(), &FirmEvents::paymentsDue, this, &frmglowna::showDueAlarm, Qt::QueuedConnection);
     connect(&FirmEvents::instance(), &FirmEvents::progress, this, [this](const QString &text, int percent) {
         if (percent >= 100)
             statusBar()->clearMessage();
@@ -122,6 +120,27 @@ frmglowna::~frmglowna()
 {
     // The work area announces its windows going away while this window is half destroyed.
     disconnect(m_mdi, nullptr, this, nullptr);
+}
+
+void frmglowna::showDueAlarm()
+{
+    // A protected program shows the due payments to the first user who logs in with the
+    // right to documents, never to the login screen.
+    UserSession &session = UserSession::instance();
+    if (!session.allowed(QStringLiteral("Dokumenty"))) {
+        if (!m_alarmWaitsForLogin)
+            m_alarmWaitsForLogin = connect(&session, &UserSession::changed, this, [this] {
+                if (!UserSession::instance().allowed(QStringLiteral("Dokumenty")))
+                    return;
+                disconnect(m_alarmWaitsForLogin);
+                m_alarmWaitsForLogin = {};
+                if (isFirmOpen())
+                    showDueAlarm();
+            });
+        return;
+    }
+    if (auto *alarm = qobject_cast<frmzap_term *>(showChild(new frmzap_term)))
+        alarm->fillList();
 }
 
 QAction *frmglowna::addCommand(QMenu *menu, const QString &name, const QString &caption, std::function<void()> handler)

@@ -52,6 +52,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void showDueAlarm();
+    QMetaObject::Connection m_alarmWaitsForLogin;
     void buildMenus();
     void buildToolbar();
     void buildStatusBar();

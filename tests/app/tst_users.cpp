@@ -4,6 +4,7 @@
 #include "TestWidgets.h"
 #include "Users.h"
 #include "AppState.h"
+#include "Firm.h"
 #include "SettingsStore.h"
 #include "exchange/basKONTORIAN.h"
 #include "frmFirmaOpen.h"
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void areaAnswersToRight_data();
     void areaAnswersToRight();
     void suiteFirmsOffered();
+    void dueAlarmWaitsForLogin();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -217,6 +219,24 @@ void TestUsers::suiteFirmsOffered()
     QCOMPARE(path, appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
     QVERIFY(QFile::exists(path));
     QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), path);
+}
+
+
+// The due-payments alarm of a protected program waits for a user with the right to documents.
+void TestUsers::dueAlarmWaitsForLogin()
+{
+    QVERIFY(Users::save({{QStringLiteral("Ewa"), m_hash, {Users::Admin}},
+                         {QStringLiteral("Jan"), m_hash, {QStringLiteral("Dokumenty")}}}));
+    QVERIFY(UserSession::instance().reload());
+    UserSession::instance().logout();
+    Q_EMIT FirmEvents::instance().paymentsDue();
+    QCoreApplication::processEvents();
+    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), Password));
+    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
+    QVERIFY(m_main->childWindow(QStringLiteral("frmzap_term")));
+    m_main->closeAllWindows();
 }
 
 QTEST_MAIN(TestUsers)
