@@ -168,7 +168,8 @@ void TestFirm::commandLineCommands()
 
     QVERIFY(run({QStringLiteral("--help")}, 0));
     const QString help = QString::fromLocal8Bit(p.readAllStandardOutput());
-    QVERIFY2(help.contains(QStringLiteral("nowa-firma PLIK")) && help.contains(QStringLiteral("--dzis")), qPrintable(help));
+    for (const char *entry : {"nowa-firma PLIK", "--dzis", "drukuj OPCJE", "--drukarka KOLEJKA", "--bez-kwoty"})
+        QVERIFY2(help.contains(QLatin1String(entry)), qPrintable(help));
 }
 
 void TestFirm::startOptions_data()

@@ -13,8 +13,6 @@
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QStatusBar>
@@ -30,8 +28,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void menuNamesAndCaptions_data();
-    void menuNamesAndCaptions();
     void firmAndNoFirmStates();
     void newFirmFromMenu();
     void openFirmFromList();
@@ -84,61 +80,6 @@ void TestMainWindow::cleanup()
     m_window.reset();
     m_dialogs.reset();
     CloseDb();
-}
-
-void TestMainWindow::menuNamesAndCaptions_data()
-{
-    QTest::addColumn<QString>("menu");
-    QTest::addColumn<QStringList>("items"); // "name=caption", "name" alone for a separator
-    QTest::newRow("System") << "mnusystembar"
-                            << QStringList{"mnufirmabiz=Nowa firma", "mnuopen=Otwórz firmę...",
-                                           "mnufirmadane=Dane firmy", "mnuImportWin=Import danych",
-                                           "mnuclosedb=Zamknij firmę", "mnusep7", "mnuochrona=Ochrona",
-                                           "mnuuser=Zmień użytkownika", "mnusep4", "mnukoniec=Koniec"};
-    QTest::newRow("Dokumenty") << "mnudokumentybar"
-                               << QStringList{"mnuzlecanki_0=Zlecanki Bankowe", "mnuzlecanki_1=Bankowy dowód wpłaty",
-                                              "mnuzlecanki_2=Przekaz pocztowy na konto", "mnuzlecanki_3=Przekaz imienny",
-                                              "mnuzlecanki_4=Przelew na konto ZUS", "mnuzlecanki_5=Przelew za podatki",
-                                              "mnusep5", "mnuzbior=Zbiorówka do przelewów", "mnusep6",
-                                              "mnuzaplatyterm=Zapłaty terminowe", "mnusepar", "mnuimport=Import z pliku",
-                                              "mnusep13", "mnuprzeglad=Przeglądanie/Korekta"};
-    QTest::newRow("Raporty") << "mnuraportybar"
-                             << QStringList{"mnuraporty_0=Lista Przelewów bankowych",
-                                            "mnuraporty_1=Lista Bankowych dowodów wpłat",
-                                            "mnuraporty_2=Lista Przekazów na konto",
-                                            "mnuraporty_3=Lista Przekazów imiennych"};
-    QTest::newRow("Słowniki") << "mnuslownikibar"
-                              << QStringList{"mnukontrahenci=Kontrahenci", "mnuzaplat=Zapłaty terminowe"};
-    QTest::newRow("Okna") << "mnuoknabar"
-                          << QStringList{"mnutoolbar=Toolbar", "mnustatus=Status", "mnujednookno=Tylko jedno na raz",
-                                         "mnusep3", "mnuokno_0=Kaskada", "mnuokno_1=Uporządkuj ikony", "mnusep2",
-                                         "mnucloseall=Zamknij wszystkie", "mnuminall=Zminimalizuj wszystkie"};
-    QTest::newRow("Pomoc") << "mnupomocbar"
-                           << QStringList{"mnuspis=Spis treści", "mnuinternet=Internet", "mnuhotline=Gorąca linia",
-                                          "mnusep11", "mnuo=Info"};
-}
-
-void TestMainWindow::menuNamesAndCaptions()
-{
-    QFETCH(QString, menu);
-    QFETCH(QStringList, items);
-    auto *m = m_window->findChild<QMenu *>(menu);
-    QVERIFY(m);
-    QStringList found;
-    for (QAction *a : m->actions()) {
-        if (a->objectName().isEmpty() || (!a->isSeparator() && a->text().startsWith(QLatin1Char('&'))))
-            continue; // the list of open windows
-        found << (a->isSeparator() ? a->objectName() : a->objectName() + QLatin1Char('=') + a->text());
-    }
-    QCOMPARE(found, items);
-
-    // The menu bar's order and captions, with "Ustawienia" a command of its own.
-    QStringList bar;
-    for (QAction *a : m_window->menuBar()->actions())
-        bar << a->objectName() + QLatin1Char('=') + a->text();
-    QCOMPARE(bar, (QStringList{"mnusystembar=System", "mnudokumentybar=Dokumenty", "mnuraportybar=Raporty",
-                               "mnuslownikibar=Słowniki", "mnuustawbar=Ustawienia", "mnuoknabar=Okna",
-                               "mnupomocbar=Pomoc"}));
 }
 
 void TestMainWindow::firmAndNoFirmStates()

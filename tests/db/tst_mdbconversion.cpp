@@ -1,4 +1,5 @@
 #include "TestEnv.h"
+#include "TestFirm.h"
 #include "db/MdbConversion.h"
 #include "db/MdbReader.h"
 
@@ -58,21 +59,6 @@ public:
         return true;
     }
 };
-
-QString rows(const QSqlDatabase &db, const QString &sql)
-{
-    QSqlQuery q(db);
-    if (!q.exec(sql))
-        return q.lastError().text();
-    QStringList out;
-    while (q.next()) {
-        QStringList values;
-        for (int i = 0; i < q.record().count(); ++i)
-            values << (q.isNull(i) ? QStringLiteral("NULL") : q.value(i).toString());
-        out << values.join(QLatin1Char('|'));
-    }
-    return out.join(QLatin1Char(';'));
-}
 
 // A firm of the oldest layout: documents and firm data as the first version wrote them.
 FakeSource oldFirm()
@@ -136,16 +122,16 @@ void TestMdbConversion::oldFirmGetsTheFullStructure()
     QCOMPARE(r.rows, (QList<QPair<QString, qint64>>{{QStringLiteral("zlecanki"), 2}, {QStringLiteral("FIRMA"), 1}}));
     // Counters keep their numbers, currency is exact, a date out of range becomes Null;
     // columns the old table lacked get what the upgrade gives, unknown columns are left out.
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT ID, RODZAJ, DATA_DOKUMENTU, KLIENT_NAZWA, WARTOSC, Klient_NIP, ZUS_CzyZus "
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT ID, RODZAJ, DATA_DOKUMENTU, KLIENT_NAZWA, WARTOSC, Klient_NIP, ZUS_CzyZus "
                                        "FROM ZLECANKI ORDER BY ID")),
              QStringLiteral("7|1|2001-02-03|Hurtownia Gęśla|19955000||0;12|5|NULL|ZUS|-1||0"));
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT count(*) FROM pragma_table_info('ZLECANKI') WHERE name='STARE_POLE'")),
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT count(*) FROM pragma_table_info('ZLECANKI') WHERE name='STARE_POLE'")),
              QStringLiteral("0"));
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT NAZWA, MIASTO, STAN_KONTA1, BANK_NAZWA40 FROM FIRMA")),
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT NAZWA, MIASTO, STAN_KONTA1, BANK_NAZWA40 FROM FIRMA")),
              QStringLiteral("Żółć Sp. z o.o.|Łódź|1002500|NULL"));
     // A new document continues after the highest kept number.
     QVERIFY(QSqlQuery(m_db).exec(QStringLiteral("INSERT INTO ZLECANKI (RODZAJ) VALUES (1)")));
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT max(ID) FROM ZLECANKI")), QStringLiteral("13"));
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT max(ID) FROM ZLECANKI")), QStringLiteral("13"));
     QVERIFY(r.warnings.join(QLatin1Char('\n')).contains(QLatin1String("ZLECANKI.DATA_DOKUMENTU: 1")));
 }
 
@@ -177,10 +163,10 @@ void TestMdbConversion::settingsOfEachUpgradeStep()
     }
     const auto r = convert(s);
     QVERIFY2(r.ok, qPrintable(r.error));
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT Data, Wstawiany, Nowe, CzteryOdcinki, CzteryNaStronie, Szary, Eliksir "
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT Data, Wstawiany, Nowe, CzteryOdcinki, CzteryNaStronie, Szary, Eliksir "
                                        "FROM Ustawienia")),
              expected);
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
 }
 
 void TestMdbConversion::valuesMadeToFit()
@@ -193,9 +179,9 @@ void TestMdbConversion::valuesMadeToFit()
     const auto r = convert(s);
     QVERIFY2(r.ok, qPrintable(r.error));
     QVERIFY(!r.firmTables);
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT ID, KOD, WYBRANY FROM KONTRAHENCI")), QStringLiteral("3|31-000|1"));
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT ID, KOD, WYBRANY FROM KONTRAHENCI")), QStringLiteral("3|31-000|1"));
     QVERIFY(r.warnings.join(QLatin1Char('\n')).contains(QLatin1String("KONTRAHENCI.KOD: 1")));
-    QCOMPARE(rows(m_db, QStringLiteral("SELECT * FROM Notatki")),
+    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT * FROM Notatki")),
              QStringLiteral("123400|2020-05-06 07:08:09|wiersz\r\ndrugi;NULL|NULL|NULL"));
 }
 
@@ -275,7 +261,7 @@ void TestMdbConversion::realAccessFiles()
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("real"));
         db.setDatabaseName(target);
         QVERIFY(db.open());
-        QCOMPARE(rows(db, QStringLiteral("SELECT sum(UnitPrice) FROM \"Order Details\"")), QString::number(expected));
+        QCOMPARE(queryRows(db, QStringLiteral("SELECT sum(UnitPrice) FROM \"Order Details\"")), QString::number(expected));
         db.close();
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(QStringLiteral("real"));

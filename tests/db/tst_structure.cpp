@@ -1,4 +1,5 @@
 #include "TestEnv.h"
+#include "TestFirm.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 
@@ -13,33 +14,17 @@ using namespace Structure;
 
 namespace {
 
-// The rows a query gives, values joined by '|' (Null shown as NULL), rows by ';'.
-QString rows(const QSqlDatabase &db, const QString &sql)
-{
-    QSqlQuery q(db);
-    if (!q.exec(sql))
-        return q.lastError().text();
-    QStringList out;
-    while (q.next()) {
-        QStringList values;
-        for (int i = 0; i < q.record().count(); ++i)
-            values << (q.isNull(i) ? QStringLiteral("NULL") : q.value(i).toString());
-        out << values.join(QLatin1Char('|'));
-    }
-    return out.join(QLatin1Char(';'));
-}
-
 // Every table with its number of columns.
 QString shape(const QSqlDatabase &db)
 {
-    return rows(db, QStringLiteral("SELECT m.name, count(*) FROM sqlite_master m, pragma_table_info(m.name) "
+    return queryRows(db, QStringLiteral("SELECT m.name, count(*) FROM sqlite_master m, pragma_table_info(m.name) "
                                    "WHERE m.type='table' AND m.name NOT LIKE 'sqlite_%' GROUP BY m.name ORDER BY m.name"));
 }
 
 // Every column of every table with its declared type and default, in the order of names.
 QString definitions(const QSqlDatabase &db)
 {
-    return rows(db, QStringLiteral("SELECT m.name, p.name, p.type, p.dflt_value FROM sqlite_master m, "
+    return queryRows(db, QStringLiteral("SELECT m.name, p.name, p.type, p.dflt_value FROM sqlite_master m, "
                                    "pragma_table_info(m.name) p WHERE m.type='table' AND m.name NOT LIKE 'sqlite_%' "
                                    "ORDER BY lower(m.name), lower(p.name)"));
 }
@@ -47,10 +32,10 @@ QString definitions(const QSqlDatabase &db)
 // Everything a database holds, schema and rows: two equal dumps mean nothing changed.
 QString dump(const QSqlDatabase &db)
 {
-    QString out = rows(db, QStringLiteral("SELECT sql FROM sqlite_master ORDER BY name"));
+    QString out = queryRows(db, QStringLiteral("SELECT sql FROM sqlite_master ORDER BY name"));
     for (const QString &t : db.tables())
         out += QLatin1Char('\n') + t + QLatin1Char(':') +
-               rows(db, QStringLiteral("SELECT * FROM ") + quoted(t) + QStringLiteral(" ORDER BY rowid"));
+               queryRows(db, QStringLiteral("SELECT * FROM ") + quoted(t) + QStringLiteral(" ORDER BY rowid"));
     return out;
 }
 
@@ -140,7 +125,7 @@ void TestStructure::columnTypesAndWidths()
     QFETCH(QString, table);
     QFETCH(QString, column);
     QSqlDatabase db = openNew(true);
-    QCOMPARE(rows(db, QStringLiteral("SELECT name, type, dflt_value FROM pragma_table_info('%1') WHERE name='%2'")
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT name, type, dflt_value FROM pragma_table_info('%1') WHERE name='%2'")
                           .arg(table, column.section(QLatin1Char('|'), 0, 0))),
              column);
 }
@@ -148,7 +133,7 @@ void TestStructure::columnTypesAndWidths()
 void TestStructure::indexesAndCounters()
 {
     QSqlDatabase db = openNew(true);
-    QCOMPARE(rows(db, QStringLiteral("SELECT m.name, il.\"unique\", group_concat(ii.name) "
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT m.name, il.\"unique\", group_concat(ii.name) "
                                      "FROM sqlite_master m, pragma_index_list(m.tbl_name) il, pragma_index_info(il.name) ii "
                                      "WHERE m.type='index' AND il.name=m.name AND m.sql IS NOT NULL "
                                      "GROUP BY m.name ORDER BY m.name")),
@@ -157,13 +142,13 @@ void TestStructure::indexesAndCounters()
                             "ZLECANKI_BANK_FIRMY|0|BANK_FIRMY;ZLECANKI_DATA_DOKUMENTU|0|DATA_DOKUMENTU;"
                             "ZLECANKI_DATA_SESJI|0|DATA_SESJI;ZLECANKI_KLIENT_ID|0|KLIENT_ID;ZLECANKI_RODZAJ|0|RODZAJ"));
     // Documents, contractors and scheduled payments are keyed by a counter that never reuses a number.
-    QCOMPARE(rows(db, QStringLiteral("SELECT m.name, p.name FROM sqlite_master m, pragma_table_info(m.name) p "
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT m.name, p.name FROM sqlite_master m, pragma_table_info(m.name) p "
                                      "WHERE p.pk ORDER BY m.name")),
              QStringLiteral("CYKLICZNE|ID;KONTRAHENCI|ID;ZLECANKI|ID"));
     for (const char *sql : {"INSERT INTO zlecanki (RODZAJ) VALUES (1)", "INSERT INTO zlecanki (RODZAJ) VALUES (1)",
                             "DELETE FROM zlecanki WHERE ID=2", "INSERT INTO zlecanki (RODZAJ) VALUES (1)"})
         QVERIFY2(exec(db, QLatin1String(sql)), sql);
-    QCOMPARE(rows(db, QStringLiteral("SELECT ID FROM zlecanki")), QStringLiteral("1;3"));
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT ID FROM zlecanki")), QStringLiteral("1;3"));
 }
 
 void TestStructure::valuesRefusedNotCut_data()
@@ -201,9 +186,9 @@ void TestStructure::valuesRefusedNotCut()
     QCOMPARE(q.exec(), message.isEmpty());
     const QString error = explainError(q.lastError());
     QVERIFY2(message.isEmpty() || error.contains(message), qPrintable(error));
-    QCOMPARE(rows(db, QStringLiteral("SELECT %1 FROM cykliczne WHERE NAZWA IS NOT 'Czynsz'").arg(column)),
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT %1 FROM cykliczne WHERE NAZWA IS NOT 'Czynsz'").arg(column)),
              message.isEmpty() ? value.toString() : QString());
-    QCOMPARE(rows(db, QStringLiteral("SELECT count(*), max(DZIEN_ALARMU) FROM cykliczne WHERE NAZWA='Czynsz'")),
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT count(*), max(DZIEN_ALARMU) FROM cykliczne WHERE NAZWA='Czynsz'")),
              QStringLiteral("1|5"));
 }
 
@@ -212,11 +197,11 @@ void TestStructure::baseStructureUpgradedToFull()
     QSqlDatabase db = openNew(false);
     QVERIFY(exec(db, QStringLiteral("INSERT INTO firma (NAZWA) VALUES ('Stara')")));
     UpgradeStructure(db);
-    QCOMPARE(rows(db, SettingsRow), QStringLiteral("1|0|0|1|0|0|0"));
-    QCOMPARE(rows(db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
+    QCOMPARE(queryRows(db, SettingsRow), QStringLiteral("1|0|0|1|0|0|0"));
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
     // Rows that were there keep Null in the new columns; later rows get the defaults.
     QVERIFY(exec(db, QStringLiteral("INSERT INTO firma (NAZWA) VALUES ('Nowa')")));
-    QCOMPARE(rows(db, QStringLiteral("SELECT NAZWA, BANK_NAZWA11, BANK_KONTO40, STAN_KONTA40, BANK_NAZWA4 "
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT NAZWA, BANK_NAZWA11, BANK_KONTO40, STAN_KONTA40, BANK_NAZWA4 "
                                      "FROM firma ORDER BY rowid")),
              QStringLiteral("Stara|NULL|NULL|NULL|NULL;Nowa|nazwa banku|numer konta|0|"));
 }
@@ -231,7 +216,7 @@ void TestStructure::secondUpgradeChangesNothing()
     const QString before = dump(db);
     UpgradeStructure(db);
     QCOMPARE(dump(db), before);
-    QCOMPARE(rows(db, SettingsRow), QStringLiteral("0|1|1|0|1|1|1"));
+    QCOMPARE(queryRows(db, SettingsRow), QStringLiteral("0|1|1|0|1|1|1"));
 }
 
 void TestStructure::olderDatabaseReachesSameStructure()
@@ -264,11 +249,11 @@ void TestStructure::nullsAndZeroDatesRepaired()
                                        "ZUS_Rok, ZUS_NrDeklaracji FROM zlecanki WHERE ID=7");
     // Null text becomes '', any other Null 0, but never the Id nor a date.
     QVERIFY(FixNulls(db, QStringLiteral("zlecanki")));
-    QCOMPARE(rows(db, sql), QStringLiteral("7|0|||0|NULL|1899-12-30|0|"));
+    QCOMPARE(queryRows(db, sql), QStringLiteral("7|0|||0|NULL|1899-12-30|0|"));
     QVERIFY(!FixNulls(db, QStringLiteral("nie_ma_takiej")));
     // The old engine's day zero becomes Null; a real date stays.
     QVERIFY(ZeroToNull(db, QStringLiteral("zlecanki")));
-    QCOMPARE(rows(db, QStringLiteral("SELECT DATA_SESJI FROM zlecanki ORDER BY ID")), QStringLiteral("NULL;2026-03-05"));
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT DATA_SESJI FROM zlecanki ORDER BY ID")), QStringLiteral("NULL;2026-03-05"));
 }
 
 QTEST_GUILESS_MAIN(TestStructure)

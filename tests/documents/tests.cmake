@@ -1,6 +1,5 @@
 zlecanki_test(tst_documents documents/tst_documents.cpp)
 zlecanki_ui_test(tst_documentwindows documents/tst_documentwindows.cpp)
-zlecanki_test(tst_entryrules documents/tst_entryrules.cpp)
 zlecanki_ui_test(tst_frmprzelew documents/tst_frmprzelew.cpp)
 zlecanki_test(tst_browse documents/tst_browse.cpp)
 zlecanki_ui_test(tst_frmprzegladanie documents/tst_frmprzegladanie.cpp)

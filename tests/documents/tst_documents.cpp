@@ -8,6 +8,7 @@
 #include "documents/ContractorStore.h"
 #include "documents/DocumentKinds.h"
 #include "documents/DocumentStore.h"
+#include "documents/EntryRules.h"
 #include "documents/FirmData.h"
 
 #include <QSignalSpy>
@@ -42,8 +43,7 @@ private Q_SLOTS:
     void init();
     void cleanup() { CloseDb(); }
 
-    void kindNames_data();
-    void kindNames();
+    void kindsOutsideTheListAndBrowseFilter();
     void yearListsGrowAtTheEnd();
     void balanceRules_data();
     void balanceRules();
@@ -54,6 +54,10 @@ private Q_SLOTS:
     void recipientJoinsDictionaryOnce();
     void contractorSearch_data();
     void contractorSearch();
+    void requiredFields_data();
+    void requiredFields();
+    void offeredAccounts_data();
+    void offeredAccounts();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -66,30 +70,14 @@ void TestDocuments::init()
     QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files))));
 }
 
-void TestDocuments::kindNames_data()
+void TestDocuments::kindsOutsideTheListAndBrowseFilter()
 {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("singular");
-    QTest::addColumn<QString>("plural");
-    QTest::newRow("1") << 1 << "Przelew bankowy" << "Zlecanki Bankowe";
-    QTest::newRow("2") << 2 << "Bankowy dowod wpłaty" << "Bankowe Dowody Wpłaty";
-    QTest::newRow("3") << 3 << "Przekaz pocztowy na konto" << "Przekazy Pocztowe na konto";
-    QTest::newRow("4") << 4 << "Przekaz imienny" << "Przekazy Imienne";
-    QTest::newRow("5") << 5 << "Przelew na konto ZUS" << "Zlecanki na konto ZUS";
-    QTest::newRow("6") << 6 << "Przelew na podatki" << "Zlecanki na podatki";
-    QTest::newRow("0") << 0 << "" << "";
-    QTest::newRow("7") << 7 << "" << "";
-}
-
-void TestDocuments::kindNames()
-{
-    QFETCH(int, code);
-    QFETCH(QString, singular);
-    QFETCH(QString, plural);
-    QCOMPARE(DocumentKinds::name(static_cast<qint16>(code)), singular);
-    QCOMPARE(DocumentKinds::pluralName(static_cast<qint16>(code)), plural);
-    // The browse filter lists each kind at the position of its code, "all" at 0.
-    QCOMPARE(DocumentKinds::browseFilterItems().value(code), code == 0 ? DocumentKinds::AllKinds : plural);
+    // Codes outside 1..6 have no name; the browse filter lists each kind at its code, "all" at 0.
+    for (qint16 code : {0, 7})
+        QCOMPARE(DocumentKinds::name(code) + DocumentKinds::pluralName(code), QString());
+    QCOMPARE(DocumentKinds::browseFilterItems().value(0), DocumentKinds::AllKinds);
+    for (qint16 code = 1; code <= 6; ++code)
+        QCOMPARE(DocumentKinds::browseFilterItems().value(code), DocumentKinds::pluralName(code));
 }
 
 void TestDocuments::yearListsGrowAtTheEnd()
@@ -304,6 +292,49 @@ void TestDocuments::contractorSearch()
     for (qint32 id : *ids)
         names << ContractorStore::read(Db(), id)->nazwa;
     QCOMPARE(names, found);
+}
+
+void TestDocuments::requiredFields_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QStringList>("fields");
+    const QStringList general{"txtnazwa", "txtzadokument", "txtwartosc"};
+    const QStringList bank{"txtbank", "txtkonto"};
+    QTest::newRow("transfer") << 1 << general + bank;
+    QTest::newRow("named postal: no bank") << 4 << general;
+    QTest::newRow("ZUS: its amount only") << 5 << QStringList{"txtWartoscZus"};
+    QTest::newRow("tax: the office's bank") << 6 << bank;
+}
+
+void TestDocuments::requiredFields()
+{
+    QFETCH(int, kind);
+    QFETCH(QStringList, fields);
+    QCOMPARE(EntryRules::requiredFields(kind), fields);
+}
+
+void TestDocuments::offeredAccounts_data()
+{
+    QTest::addColumn<QList<int>>("named");
+    QTest::addColumn<int>("keep");
+    QTest::addColumn<QList<int>>("offered");
+    QTest::newRow("none named") << QList<int>{} << 0 << QList<int>{};
+    QTest::newRow("gaps keep their numbers") << QList<int>{2, 7, 40} << 0 << QList<int>{2, 7, 40};
+    QTest::newRow("a stored document's unnamed account") << QList<int>{2, 40} << 5 << QList<int>{2, 5, 40};
+    QTest::newRow("a stored document's named account") << QList<int>{2, 40} << 40 << QList<int>{2, 40};
+}
+
+void TestDocuments::offeredAccounts()
+{
+    QFETCH(QList<int>, named);
+    QFETCH(int, keep);
+    QFETCH(QList<int>, offered);
+    Accounts::List accounts;
+    for (int n : named)
+        accounts[n - 1].bankName = QStringLiteral("Bank ") + QString::number(n);
+    accounts[10].bankName = QStringLiteral("   "); // blanks name no account
+    accounts[11].number = QStringLiteral("12 3456"); // nor does a number alone
+    QCOMPARE(EntryRules::offeredAccounts(accounts, keep), offered);
 }
 
 QTEST_GUILESS_MAIN(TestDocuments)

@@ -61,7 +61,6 @@ private Q_SLOTS:
 
     void issueEachKind_data();
     void issueEachKind();
-    void recipientJoinsDictionaryOnce();
     void correction_data();
     void correction();
     void printRouteOfWindow_data();
@@ -158,21 +157,6 @@ void TestFrmPrzelew::issueEachKind()
     QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtwartosc"))->text(), QString());
     QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtdata"))->text(), QStringLiteral("05-03-2026"));
     QCOMPARE(child<QComboBox>(w.get(), QStringLiteral("lstbank"))->currentText(), QStringLiteral("mBank"));
-}
-
-void TestFrmPrzelew::recipientJoinsDictionaryOnce()
-{
-    const qint32 first = issued(1);
-    auto w = filledWindow(4);
-    fill(w.get(), {{"txtulica", "Inna 1"}});
-    click(w.get(), QStringLiteral("cmdwystaw"));
-    const qint32 second = w->currentId();
-    QVERIFY(first > 0 && second > first);
-    QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || ulica FROM kontrahenci WHERE nazwa='Hurtownia Gęśla'")),
-             QStringLiteral("1|Kwiatowa 7"));
-    const QString contractor = stored(QStringLiteral("SELECT id FROM kontrahenci"));
-    QCOMPARE(stored(QStringLiteral("SELECT count(DISTINCT klient_id) || '|' || max(klient_id) FROM zlecanki")),
-             QStringLiteral("1|") + contractor);
 }
 
 void TestFrmPrzelew::correction_data()

@@ -51,7 +51,6 @@ private Q_SLOTS:
     void dueCheck_data();
     void dueCheck();
     void dueInOrderOfPaymentDay();
-    void issuedDropsOutUntilNextMonth();
     void renameOntoTakenNameRefused();
     void editKeepsIssuedMonth();
     void firmOpeningTellsOfDuePayments();
@@ -109,23 +108,6 @@ void TestScheduled::dueInOrderOfPaymentDay()
     QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("ZUS"), {3}, 1, 15)), ScheduledPayments::SaveResult::Saved);
     QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("Prąd"), {3}, 1, 5)), ScheduledPayments::SaveResult::Saved);
     QCOMPARE(dueLines(QDate(2026, 3, 5)), (QStringList{QStringLiteral("5 - Prąd"), QStringLiteral("15 - ZUS"), QStringLiteral("25 - Woda")}));
-}
-
-void TestScheduled::issuedDropsOutUntilNextMonth()
-{
-    const QString name = QStringLiteral("ZUS - marzec");
-    QCOMPARE(ScheduledPayments::insert(Db(), payment(name, {3, 4}, 5, 10)), ScheduledPayments::SaveResult::Saved);
-    const QDate march5(2026, 3, 5);
-    const QStringList before = dueLines(march5);
-    QCOMPARE(before, QStringList{QStringLiteral("10 - ZUS - marzec")});
-
-    // What the alarm window does when the user issues the line.
-    QCOMPARE(ScheduledPayments::nameFromAlarmLine(before.first()), name);
-    QVERIFY(ScheduledPayments::markIssued(Db(), name, march5.month()));
-
-    QCOMPARE(ScheduledPayments::read(Db(), name)->lastWystAWM, 3);
-    QVERIFY(dueLines(QDate(2026, 3, 31)).isEmpty());
-    QCOMPARE(dueLines(QDate(2026, 4, 5)), QStringList{QStringLiteral("10 - ZUS - marzec")});
 }
 
 void TestScheduled::renameOntoTakenNameRefused()

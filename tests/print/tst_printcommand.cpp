@@ -19,7 +19,6 @@ private Q_SLOTS:
     void printsToPdf();
     void refusesWrongUse_data();
     void refusesWrongUse();
-    void helpListsIt();
 
 private:
     struct Run {
@@ -144,18 +143,6 @@ void TestPrintCommand::refusesWrongUse()
     QCOMPARE(r.code, code);
     QVERIFY2(r.err.contains(message), qPrintable(r.err));
     QVERIFY(!QFile::exists(pdf));
-}
-
-void TestPrintCommand::helpListsIt()
-{
-    QProcess p;
-    p.setProcessEnvironment(m_env->processEnvironment());
-    p.start(programPath(), {QStringLiteral("--help")});
-    QVERIFY(p.waitForFinished(20000));
-    const QString help = QString::fromUtf8(p.readAllStandardOutput());
-    QVERIFY2(help.contains(QStringLiteral("drukuj OPCJE")), qPrintable(help));
-    QVERIFY(help.contains(QStringLiteral("--drukarka KOLEJKA")));
-    QVERIFY(help.contains(QStringLiteral("--bez-kwoty")));
 }
 
 QTEST_GUILESS_MAIN(TestPrintCommand)

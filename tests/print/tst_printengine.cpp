@@ -121,7 +121,6 @@ void TestPrintEngine::marginsMoveEverything_data()
 {
     QTest::addColumn<int>("left");
     QTest::addColumn<int>("top");
-    QTest::newRow("none") << 0 << 0;
     QTest::newRow("left 10 mm") << 10 << 0;
     QTest::newRow("top 5 mm") << 0 << 5;
     QTest::newRow("both, negative") << -3 << 12;

@@ -6,7 +6,9 @@
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
 
+#include <QSqlError>
 #include <QSqlQuery>
+#include <QSqlRecord>
 
 #include <bitset>
 #include <memory>
@@ -64,4 +66,19 @@ QString stored(const QString &sql)
 {
     QSqlQuery q(Db());
     return q.exec(sql) && q.next() ? q.value(0).toString() : QStringLiteral("<brak>");
+}
+
+QString queryRows(const QSqlDatabase &db, const QString &sql)
+{
+    QSqlQuery q(db);
+    if (!q.exec(sql))
+        return q.lastError().text();
+    QStringList out;
+    while (q.next()) {
+        QStringList values;
+        for (int i = 0; i < q.record().count(); ++i)
+            values << (q.isNull(i) ? QStringLiteral("NULL") : q.value(i).toString());
+        out << values.join(QLatin1Char('|'));
+    }
+    return out.join(QLatin1Char(';'));
 }

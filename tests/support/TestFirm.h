@@ -4,6 +4,7 @@
 #include "documents/FirmData.h"
 
 #include <QDate>
+#include <QSqlDatabase>
 #include <QString>
 
 #include <optional>
@@ -22,3 +23,6 @@ void printToPdf(const QString &pdf);
 
 // The first value of a query on the open firm ("SELECT A || '|' || B ..."), "<brak>" when none.
 QString stored(const QString &sql);
+
+// Every row of a query on `db`: values joined by '|' (Null as NULL), rows by ';'; the error when it fails.
+QString queryRows(const QSqlDatabase &db, const QString &sql);
