@@ -189,7 +189,6 @@ void TestMainWindow::quitAsksFirstAndRemembers()
     QVERIFY(m_window->isVisible());
     QVERIFY(isFirmOpen());
     QCOMPARE(m_dialogs->calls.last().text, QStringLiteral("Zakończyć pracę?"));
-    QCOMPARE(m_dialogs->calls.last().title, QStringLiteral("Koniec - Zlecanki"));
     QVERIFY(SettingsStore::loadGet(QStringLiteral("WinState")).isEmpty());
 
     m_dialogs->answers << true;

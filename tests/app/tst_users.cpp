@@ -209,7 +209,6 @@ void TestUsers::suiteFirmsOffered()
 
     frmFirmaOpen w;
     auto *list = child<QListWidget>(&w, QStringLiteral("lstfirmy"));
-    QCOMPARE(list->item(0)->text(), QStringLiteral("Firma standardowa"));
     QCOMPARE(list->item(1)->text(), QStringLiteral("Biuro Sowa  (Kontorian)"));
     QSignalSpy chosen(&w, &frmFirmaOpen::chosen);
     list->setCurrentRow(1);

@@ -76,8 +76,6 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported_data()
     QTest::newRow("postal code before NIP")
         << QStringList{"05-03-2026", " 00950 ", "1234567890", "1,00"} << "txtkod" << "'00950' nie jest kodem pocztowym."
         << "Nieprawidłowa ilość znaków";
-    QTest::newRow("only NIP") << QStringList{"", "", "123-456-7890-", ""} << "txtnip"
-                              << "'123-456-7890-' nie jest numerem NIP-u." << "Nieprawidłowy format";
 }
 
 void TestFieldCheck::firstWrongFieldInTabOrderReported()
