@@ -49,6 +49,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include <optional>
+
 namespace {
 
 const QString Title = QStringLiteral("Zlecanki");
@@ -429,11 +431,22 @@ QWidget *frmglowna::showChild(QWidget *window)
         }
         return open;
     }
+    // A window that chose its own size keeps it (within the work area); the frame would
+    // otherwise shrink it to its layout's hint when shown.
+    const std::optional<QSize> wanted =
+        window->testAttribute(Qt::WA_Resized) ? std::optional<QSize>(window->size()) : std::nullopt;
     QMdiSubWindow *sub = m_mdi->addSubWindow(window);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowIcon(windowIcon());
     window->show();
     sub->show();
+    if (wanted) {
+        const QSize frame = sub->size() - window->size();
+        const QSize room = m_mdi->viewport()->size();
+        sub->resize((*wanted + frame).boundedTo(room).expandedTo(sub->minimumSizeHint()));
+        sub->move(qBound(0, sub->x(), qMax(0, room.width() - sub->width())),
+                  qBound(0, sub->y(), qMax(0, room.height() - sub->height())));
+    }
     m_mdi->setActiveSubWindow(sub);
     return window;
 }

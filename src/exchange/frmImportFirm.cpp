@@ -56,6 +56,7 @@ frmImportFirm::frmImportFirm(QWidget *parent) : QWidget(parent)
     connect(search, &QPushButton::clicked, this, &frmImportFirm::chooseFile);
     connect(ok, &QPushButton::clicked, this, &frmImportFirm::import);
     connect(cancel, &QPushButton::clicked, this, [this] { closeWindow(this); });
+    resize(520, 300); // room for a full path
 }
 
 void frmImportFirm::chooseFile()
