@@ -128,16 +128,7 @@ bool linkRecipient(QSqlDatabase &db, PaymentDocument &d, bool *added, QString *e
         d.klientId = 0;
         return true;
     }
-    Contractor c;
-    c.nazwa = d.klientNazwa;
-    c.nazwa1 = d.klientNazwa1;
-    c.ulica = d.klientUlica;
-    c.kod = d.klientKod;
-    c.miasto = d.klientMiasto;
-    c.nip = d.klientNip;
-    c.bankNazwa = d.klientBank;
-    c.bankKonto = d.klientKonto;
-    const auto id = ContractorStore::idForName(db, c, added, error);
+    const auto id = ContractorStore::idForName(db, recipientOf(d), added, error);
     if (!id)
         return false;
     d.klientId = *id;

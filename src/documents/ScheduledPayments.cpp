@@ -1,5 +1,6 @@
 #include "ScheduledPayments.h"
 
+#include "Contractor.h"
 #include "EntryRules.h"
 #include "db/Structure.h"
 
@@ -203,14 +204,10 @@ PaymentDocument issueDocument(const ScheduledPayment &p, const QDate &today, con
     }
     doc.bankFirmy = p.bankFirmy;
     doc.kontoFirmy = p.kontoFirmy;
-    doc.klientNazwa = p.klientNazwa;
-    doc.klientNazwa1 = p.klientNazwa1;
-    doc.klientUlica = p.klientUlica;
-    doc.klientKod = p.klientKod;
-    doc.klientMiasto = p.klientMiasto;
     // The NIP stays with the template: an issued document starts without it.
-    doc.klientBank = p.klientBank;
-    doc.klientKonto = p.klientKonto;
+    Contractor recipient = recipientOf(p);
+    recipient.nip.clear();
+    setRecipient(doc, recipient);
     doc.zaDokumentNazwa = p.zaDokumentNazwa;
     doc.wartosc = p.wartosc;
     return doc;

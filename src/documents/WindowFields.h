@@ -1,7 +1,11 @@
 #pragma once
 
+#include "documents/Contractor.h"
+
+#include <QList>
 #include <QString>
 
+class QFormLayout;
 class QLineEdit;
 class QPushButton;
 class QWidget;
@@ -19,5 +23,33 @@ QLineEdit *field(QWidget *parent, const QString &name, const QString &table, con
 void checkOnLeave(QLineEdit *field);
 
 QPushButton *button(QWidget *parent, const QString &name, const QString &caption);
+
+// The recipient's eight fields as the contractor, scheduled payment and document windows
+// all have them: txtnazwa, txtnazwa1, txtulica, txtkod, txtmiasto, txtNIP, txtbank and
+// txtkonto, with their columns' limits, key filters and checks.
+class RecipientFields {
+public:
+    enum class Columns {
+        Contractor, // NAZWA, ..., BANK_NAZWA, BANK_KONTO of the dictionary
+        Recipient,  // KLIENT_NAZWA, ..., KLIENT_KONTO of documents and scheduled payments
+    };
+    RecipientFields(QWidget *parent, const QString &table, Columns columns);
+
+    QList<QLineEdit *> all() const;
+    void show(const Contractor &c) const;
+    // The values as typed; postal code and NIP without surrounding spaces.
+    Contractor values() const;
+    // One labelled row for each field.
+    void addRows(QFormLayout *form) const;
+
+    QLineEdit *nazwa;
+    QLineEdit *nazwa1;
+    QLineEdit *ulica;
+    QLineEdit *kod;
+    QLineEdit *miasto;
+    QLineEdit *nip;
+    QLineEdit *bank;
+    QLineEdit *konto;
+};
 
 } // namespace WindowFields

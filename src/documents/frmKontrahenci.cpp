@@ -30,30 +30,13 @@ frmKontrahenci::frmKontrahenci(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("frmKontrahenci"));
     setWindowTitle(QStringLiteral("Kontrahenci"));
-    using WindowFields::field;
 
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("lstkontrahent"));
-    m_nazwa = field(this, QStringLiteral("txtnazwa"), Table, QStringLiteral("NAZWA"), 5);
-    m_nazwa1 = field(this, QStringLiteral("txtnazwa1"), Table, QStringLiteral("NAZWA1"), 5);
-    m_ulica = field(this, QStringLiteral("txtulica"), Table, QStringLiteral("ULICA"), 5);
-    m_kod = field(this, QStringLiteral("txtkod"), Table, QStringLiteral("KOD"), 3, QStringLiteral("kodpoczt"));
-    m_miasto = field(this, QStringLiteral("txtmiasto"), Table, QStringLiteral("MIASTO"), 5);
-    m_nip = field(this, QStringLiteral("txtNIP"), Table, QStringLiteral("NIP"), 3, QStringLiteral("nip"));
-    m_bank = field(this, QStringLiteral("txtbank"), Table, QStringLiteral("BANK_NAZWA"), 5);
-    m_konto = field(this, QStringLiteral("txtkonto"), Table, QStringLiteral("BANK_KONTO"), 5);
-    m_fields = {m_nazwa, m_nazwa1, m_ulica, m_kod, m_miasto, m_nip, m_bank, m_konto};
-    WindowFields::checkOnLeave(m_kod);
+    m_recipient.emplace(this, Table, WindowFields::RecipientFields::Columns::Contractor);
 
     auto *form = new QFormLayout;
-    form->addRow(QStringLiteral("Nazwa:"), m_nazwa);
-    form->addRow(QStringLiteral("Nazwa cd:"), m_nazwa1);
-    form->addRow(QStringLiteral("Ulica:"), m_ulica);
-    form->addRow(QStringLiteral("Kod:"), m_kod);
-    form->addRow(QStringLiteral("Miasto:"), m_miasto);
-    form->addRow(QStringLiteral("NIP:"), m_nip);
-    form->addRow(QStringLiteral("Bank:"), m_bank);
-    form->addRow(QStringLiteral("Konto:"), m_konto);
+    m_recipient->addRows(form);
 
     using WindowFields::button;
     auto *nowy = button(this, QStringLiteral("cmdnowy"), Msg(6));
@@ -184,20 +167,13 @@ bool frmKontrahenci::showContractor(qint32 id)
 
 void frmKontrahenci::showFields(const Contractor &c)
 {
-    m_nazwa->setText(c.nazwa);
-    m_nazwa1->setText(c.nazwa1);
-    m_ulica->setText(c.ulica);
-    m_kod->setText(c.kod);
-    m_miasto->setText(c.miasto);
-    m_nip->setText(c.nip);
-    m_bank->setText(c.bankNazwa);
-    m_konto->setText(c.bankKonto);
+    m_recipient->show(c);
 }
 
 void frmKontrahenci::setEditing(bool on)
 {
     m_editing = on;
-    for (QLineEdit *f : std::as_const(m_fields))
+    for (QLineEdit *f : m_recipient->all())
         f->setReadOnly(!on);
     // Moving in the list would drop the edit in hand.
     m_list->setEnabled(!on);
@@ -214,7 +190,7 @@ void frmKontrahenci::startNew()
     m_editedId = 0;
     showFields(Contractor{});
     setEditing(true);
-    m_nazwa->setFocus();
+    m_recipient->nazwa->setFocus();
 }
 
 void frmKontrahenci::startEdit()
@@ -229,7 +205,7 @@ void frmKontrahenci::startEdit()
         return;
     m_editedId = m_shownId;
     setEditing(true);
-    m_nazwa->setFocus();
+    m_recipient->nazwa->setFocus();
 }
 
 void frmKontrahenci::save()
@@ -238,18 +214,10 @@ void frmKontrahenci::save()
         dialogs().beep();
         return;
     }
-    if (FieldCheck::SprawdzPola(this) || FieldCheck::SprawdzPuste({m_nazwa, m_bank, m_konto}))
+    if (FieldCheck::SprawdzPola(this) || FieldCheck::SprawdzPuste({m_recipient->nazwa, m_recipient->bank, m_recipient->konto}))
         return;
-    Contractor c;
+    Contractor c = m_recipient->values();
     c.id = m_editedId;
-    c.nazwa = m_nazwa->text();
-    c.nazwa1 = m_nazwa1->text();
-    c.ulica = m_ulica->text();
-    c.kod = m_kod->text().trimmed();
-    c.miasto = m_miasto->text();
-    c.nip = m_nip->text().trimmed();
-    c.bankNazwa = m_bank->text();
-    c.bankKonto = m_konto->text();
     QString error;
     if (c.id == 0) {
         const auto id = ContractorStore::insert(Db(), c, &error);
@@ -285,7 +253,7 @@ void frmKontrahenci::remove()
     }
     if (refuseWhenReadOnly())
         return;
-    if (!dialogs().question(Msg(56) + m_nazwa->text() + QLatin1Char('?'), Msg(53)))
+    if (!dialogs().question(Msg(56) + m_recipient->nazwa->text() + QLatin1Char('?'), Msg(53)))
         return;
     QString error;
     if (!ContractorStore::remove(Db(), m_shownId, &error)) {

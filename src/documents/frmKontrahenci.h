@@ -1,11 +1,13 @@
 #pragma once
 
 #include "documents/Contractor.h"
+#include "documents/WindowFields.h"
 
 #include <QPointer>
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class QLineEdit;
 class QListWidget;
@@ -54,15 +56,7 @@ private:
     void openSearch();
 
     QListWidget *m_list = nullptr;
-    QLineEdit *m_nazwa = nullptr;
-    QLineEdit *m_nazwa1 = nullptr;
-    QLineEdit *m_ulica = nullptr;
-    QLineEdit *m_kod = nullptr;
-    QLineEdit *m_miasto = nullptr;
-    QLineEdit *m_nip = nullptr;
-    QLineEdit *m_bank = nullptr;
-    QLineEdit *m_konto = nullptr;
-    QList<QLineEdit *> m_fields;
+    std::optional<WindowFields::RecipientFields> m_recipient;
     QList<QPushButton *> m_browseButtons; // usable while no edit is in progress
     QPushButton *m_ok = nullptr;
     QPushButton *m_anuluj = nullptr;

@@ -84,14 +84,7 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     bold.setBold(true);
     m_lblrodzaj->setFont(bold);
 
-    m_nazwa = field(this, QStringLiteral("txtnazwa"), Table, QStringLiteral("KLIENT_NAZWA"), 5);
-    m_nazwa1 = field(this, QStringLiteral("txtnazwa1"), Table, QStringLiteral("KLIENT_NAZWA1"), 5);
-    m_ulica = field(this, QStringLiteral("txtulica"), Table, QStringLiteral("KLIENT_ULICA"), 5);
-    m_kod = field(this, QStringLiteral("txtkod"), Table, QStringLiteral("KLIENT_KOD"), 3, QStringLiteral("kodpoczt"));
-    m_miasto = field(this, QStringLiteral("txtmiasto"), Table, QStringLiteral("KLIENT_MIASTO"), 5);
-    m_nip = field(this, QStringLiteral("txtNIP"), Table, QStringLiteral("KLIENT_NIP"), 3, QStringLiteral("nip"));
-    m_bank = field(this, QStringLiteral("txtbank"), Table, QStringLiteral("KLIENT_BANK"), 5);
-    m_konto = field(this, QStringLiteral("txtkonto"), Table, QStringLiteral("KLIENT_KONTO"), 5);
+    m_recipient.emplace(this, Table, WindowFields::RecipientFields::Columns::Recipient);
     m_zaDokument = field(this, QStringLiteral("txtzadokument"), Table, QStringLiteral("ZA_DOKUMENT_NAZWA"), 5);
     m_wartosc = field(this, QStringLiteral("txtwartosc"), Table, QStringLiteral("WARTOSC"), 0, QStringLiteral("cur"));
     m_data = field(this, QStringLiteral("txtdata"), Table, QStringLiteral("DATA_DOKUMENTU"), 2, QStringLiteral("data"));
@@ -128,11 +121,10 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     layout->addStretch();
     layout->addLayout(buttons);
 
-    m_texts = {m_nazwa, m_nazwa1, m_ulica, m_kod, m_miasto, m_nip, m_bank, m_konto, m_zaDokument, m_wartosc, m_data,
-               m_nrDekl, m_wartoscZus, m_nrOkresu, m_symbol, m_identyfikacja, m_wartoscPod};
+    m_texts = m_recipient->all() + QList<QLineEdit *>{m_zaDokument, m_wartosc, m_data, m_nrDekl, m_wartoscZus,
+                                                      m_nrOkresu, m_symbol, m_identyfikacja, m_wartoscPod};
     WindowFields::checkOnLeave(m_data);
     FieldCheck::normaliseDateOnLeave(m_data);
-    WindowFields::checkOnLeave(m_kod);
     for (QLineEdit *amount : {m_wartosc, m_wartoscZus, m_wartoscPod}) {
         WindowFields::checkOnLeave(amount);
         FieldCheck::normaliseAmountOnLeave(amount);
@@ -143,8 +135,8 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     m_frmZus->setVisible(kind == DocumentKinds::PrzelewZus);
     m_frmPodatki->setVisible(kind == DocumentKinds::PrzelewPodatki);
     m_documentForm->setRowVisible(m_wartosc, EntryRules::usesGeneralAmount(kind));
-    m_recipientForm->setRowVisible(m_bank, EntryRules::recipientBankInUse(kind));
-    m_recipientForm->setRowVisible(m_konto, EntryRules::recipientBankInUse(kind));
+    m_recipientForm->setRowVisible(m_recipient->bank, EntryRules::recipientBankInUse(kind));
+    m_recipientForm->setRowVisible(m_recipient->konto, EntryRules::recipientBankInUse(kind));
 
     connect(m_lstbank, &QComboBox::currentIndexChanged, this, &frmprzelew::accountChosen);
     connect(m_wystaw, &QPushButton::clicked, this, &frmprzelew::issue);
@@ -167,17 +159,17 @@ QWidget *frmprzelew::recipientPart()
     auto *part = new QWidget(this);
     m_recipientForm = new QFormLayout(part);
     m_recipientForm->setContentsMargins(0, 0, 0, 0);
-    m_recipientForm->addRow(QStringLiteral("Nazwa:"), m_nazwa);
-    m_recipientForm->addRow(QStringLiteral("Nazwa cd:"), m_nazwa1);
-    m_recipientForm->addRow(QStringLiteral("Ulica:"), m_ulica);
+    m_recipientForm->addRow(QStringLiteral("Nazwa:"), m_recipient->nazwa);
+    m_recipientForm->addRow(QStringLiteral("Nazwa cd:"), m_recipient->nazwa1);
+    m_recipientForm->addRow(QStringLiteral("Ulica:"), m_recipient->ulica);
     auto *town = new QHBoxLayout;
-    town->addWidget(m_kod);
+    town->addWidget(m_recipient->kod);
     town->addWidget(new QLabel(QStringLiteral("Miasto:"), part));
-    town->addWidget(m_miasto, 1);
+    town->addWidget(m_recipient->miasto, 1);
     m_recipientForm->addRow(QStringLiteral("Kod:"), town);
-    m_recipientForm->addRow(QStringLiteral("NIP:"), m_nip);
-    m_recipientForm->addRow(QStringLiteral("Bank:"), m_bank);
-    m_recipientForm->addRow(QStringLiteral("Konto:"), m_konto);
+    m_recipientForm->addRow(QStringLiteral("NIP:"), m_recipient->nip);
+    m_recipientForm->addRow(QStringLiteral("Bank:"), m_recipient->bank);
+    m_recipientForm->addRow(QStringLiteral("Konto:"), m_recipient->konto);
     return part;
 }
 
@@ -263,14 +255,7 @@ void frmprzelew::showDocument(const PaymentDocument &doc)
     else
         accountChosen(index);
 
-    m_nazwa->setText(doc.klientNazwa);
-    m_nazwa1->setText(doc.klientNazwa1);
-    m_ulica->setText(doc.klientUlica);
-    m_kod->setText(doc.klientKod);
-    m_miasto->setText(doc.klientMiasto);
-    m_nip->setText(doc.klientNip);
-    m_bank->setText(doc.klientBank);
-    m_konto->setText(doc.klientKonto);
+    m_recipient->show(recipientOf(doc));
     m_zaDokument->setText(doc.zaDokumentNazwa);
     m_data->setText(DateText::format(doc.dataDokumentu));
     // A new document's amount starts empty, so that forgetting it is caught as a missing field.
@@ -303,14 +288,7 @@ PaymentDocument frmprzelew::gather() const
     d.banknr = static_cast<qint16>(m_lstbank->currentData().toInt());
     d.bankFirmy = m_lstbank->currentText();
     d.kontoFirmy = m_lblbankkonto->text();
-    d.klientNazwa = m_nazwa->text();
-    d.klientNazwa1 = m_nazwa1->text();
-    d.klientUlica = m_ulica->text();
-    d.klientKod = m_kod->text().trimmed();
-    d.klientMiasto = m_miasto->text();
-    d.klientNip = m_nip->text().trimmed();
-    d.klientBank = m_bank->text();
-    d.klientKonto = m_konto->text();
+    setRecipient(d, m_recipient->values());
     d.zaDokumentNazwa = m_zaDokument->text();
     if (m_kind == DocumentKinds::PrzelewZus)
         d.wartosc = amountIn(m_wartoscZus);
@@ -402,7 +380,7 @@ void frmprzelew::startNew()
     showDocument(doc);
     if (!date.isEmpty())
         m_data->setText(date);
-    m_nazwa->setFocus(Qt::OtherFocusReason);
+    m_recipient->nazwa->setFocus(Qt::OtherFocusReason);
 }
 
 void frmprzelew::load()
@@ -436,14 +414,7 @@ void frmprzelew::chooseContractor()
 
 void frmprzelew::takeContractor(const Contractor &c)
 {
-    m_nazwa->setText(c.nazwa);
-    m_nazwa1->setText(c.nazwa1);
-    m_ulica->setText(c.ulica);
-    m_kod->setText(c.kod);
-    m_miasto->setText(c.miasto);
-    m_nip->setText(c.nip);
-    m_bank->setText(c.bankNazwa);
-    m_konto->setText(c.bankKonto);
+    m_recipient->show(c);
     m_zaDokument->setFocus(Qt::OtherFocusReason);
 }
 

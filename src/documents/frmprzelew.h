@@ -1,9 +1,12 @@
 #pragma once
 
 #include "documents/PaymentDocument.h"
+#include "documents/WindowFields.h"
 
 #include <QList>
 #include <QWidget>
+
+#include <optional>
 
 class QComboBox;
 class QFormLayout;
@@ -68,14 +71,7 @@ private:
 
     QComboBox *m_lstbank = nullptr;
     QLabel *m_lblbankkonto = nullptr;
-    QLineEdit *m_nazwa = nullptr;
-    QLineEdit *m_nazwa1 = nullptr;
-    QLineEdit *m_ulica = nullptr;
-    QLineEdit *m_kod = nullptr;
-    QLineEdit *m_miasto = nullptr;
-    QLineEdit *m_nip = nullptr;
-    QLineEdit *m_bank = nullptr;
-    QLineEdit *m_konto = nullptr;
+    std::optional<WindowFields::RecipientFields> m_recipient;
     QLineEdit *m_zaDokument = nullptr;
     QLineEdit *m_wartosc = nullptr;
     QLineEdit *m_data = nullptr;

@@ -79,35 +79,20 @@ frmslzapl_term::frmslzapl_term(QWidget *parent) : QWidget(parent)
 
     // Second page: the recipient, title and amount of the documents to issue.
     auto *recipient = new QWidget(m_tabs);
-    m_nazwa = field(recipient, QStringLiteral("txtnazwa"), Table, QStringLiteral("KLIENT_NAZWA"), 5);
-    m_nazwa1 = field(recipient, QStringLiteral("txtnazwa1"), Table, QStringLiteral("KLIENT_NAZWA1"), 5);
-    m_ulica = field(recipient, QStringLiteral("txtulica"), Table, QStringLiteral("KLIENT_ULICA"), 5);
-    m_kod = field(recipient, QStringLiteral("txtkod"), Table, QStringLiteral("KLIENT_KOD"), 3, QStringLiteral("kodpoczt"));
-    m_miasto = field(recipient, QStringLiteral("txtmiasto"), Table, QStringLiteral("KLIENT_MIASTO"), 5);
-    m_nip = field(recipient, QStringLiteral("txtNIP"), Table, QStringLiteral("Klient_NIP"), 3, QStringLiteral("nip"));
-    m_klientBank = field(recipient, QStringLiteral("txtbank"), Table, QStringLiteral("KLIENT_BANK"), 5);
-    m_konto = field(recipient, QStringLiteral("txtkonto"), Table, QStringLiteral("KLIENT_KONTO"), 5);
+    m_recipient.emplace(recipient, Table, WindowFields::RecipientFields::Columns::Recipient);
     m_zaDokument = field(recipient, QStringLiteral("txtzadokument"), Table, QStringLiteral("ZA_DOKUMENT_NAZWA"), 5);
     m_wartosc = field(recipient, QStringLiteral("txtwartosc"), Table, QStringLiteral("WARTOSC"), 0, QStringLiteral("cur"));
-    WindowFields::checkOnLeave(m_kod);
     WindowFields::checkOnLeave(m_wartosc);
     m_szukaj = WindowFields::button(recipient, QStringLiteral("cmdSzukaj"), QStringLiteral("&Szukaj"));
     auto *recipientForm = new QFormLayout(recipient);
-    recipientForm->addRow(QStringLiteral("Nazwa:"), m_nazwa);
-    recipientForm->addRow(QStringLiteral("Nazwa cd:"), m_nazwa1);
-    recipientForm->addRow(QStringLiteral("Ulica:"), m_ulica);
-    recipientForm->addRow(QStringLiteral("Kod:"), m_kod);
-    recipientForm->addRow(QStringLiteral("Miasto:"), m_miasto);
-    recipientForm->addRow(QStringLiteral("NIP:"), m_nip);
-    recipientForm->addRow(QStringLiteral("Bank:"), m_klientBank);
-    recipientForm->addRow(QStringLiteral("Konto:"), m_konto);
+    m_recipient->addRows(recipientForm);
     recipientForm->addRow(QStringLiteral("Tytułem:"), m_zaDokument);
     recipientForm->addRow(QStringLiteral("Kwota:"), m_wartosc);
     recipientForm->addRow(QString(), m_szukaj);
     m_tabs->addTab(recipient, QStringLiteral("Odbiorca"));
 
-    m_texts = {m_nazwaZaplaty, m_dzien, m_alarm, m_nazwa, m_nazwa1, m_ulica, m_kod,
-               m_miasto, m_nip, m_klientBank, m_konto, m_zaDokument, m_wartosc};
+    m_texts = QList<QLineEdit *>{m_nazwaZaplaty, m_dzien, m_alarm} + m_recipient->all() +
+              QList<QLineEdit *>{m_zaDokument, m_wartosc};
 
     using WindowFields::button;
     auto *nowy = button(this, QStringLiteral("cmdnowy"), Msg(5));
@@ -215,14 +200,7 @@ void frmslzapl_term::showFields(const ScheduledPayment &p)
     }
     m_bank->setCurrentIndex(index);
     m_bankKonto->setText(p.kontoFirmy);
-    m_nazwa->setText(p.klientNazwa);
-    m_nazwa1->setText(p.klientNazwa1);
-    m_ulica->setText(p.klientUlica);
-    m_kod->setText(p.klientKod);
-    m_miasto->setText(p.klientMiasto);
-    m_nip->setText(p.klientNip);
-    m_klientBank->setText(p.klientBank);
-    m_konto->setText(p.klientKonto);
+    m_recipient->show(recipientOf(p));
     m_zaDokument->setText(p.zaDokumentNazwa);
     m_wartosc->setText(p.nazwa.isEmpty() ? QString() : Kwota(p.wartosc));
 }
@@ -238,14 +216,7 @@ ScheduledPayment frmslzapl_term::gather() const
     p.dzienAlarmu = m_alarm->text().trimmed().toInt();
     p.bankFirmy = m_bank->currentText();
     p.kontoFirmy = m_bankKonto->text();
-    p.klientNazwa = m_nazwa->text();
-    p.klientNazwa1 = m_nazwa1->text();
-    p.klientUlica = m_ulica->text();
-    p.klientKod = m_kod->text().trimmed();
-    p.klientMiasto = m_miasto->text();
-    p.klientNip = m_nip->text().trimmed();
-    p.klientBank = m_klientBank->text();
-    p.klientKonto = m_konto->text();
+    setRecipient(p, m_recipient->values());
     p.zaDokumentNazwa = m_zaDokument->text();
     p.wartosc = Money::parse(m_wartosc->text()).value_or(Money());
     return p;
@@ -402,12 +373,5 @@ void frmslzapl_term::takeRecipient(const Contractor &c)
 {
     if (!m_editing)
         return;
-    m_nazwa->setText(c.nazwa);
-    m_nazwa1->setText(c.nazwa1);
-    m_ulica->setText(c.ulica);
-    m_kod->setText(c.kod);
-    m_miasto->setText(c.miasto);
-    m_nip->setText(c.nip);
-    m_klientBank->setText(c.bankNazwa);
-    m_konto->setText(c.bankKonto);
+    m_recipient->show(c);
 }

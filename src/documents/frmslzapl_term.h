@@ -1,8 +1,11 @@
 #pragma once
 
 #include "documents/ScheduledPayments.h"
+#include "documents/WindowFields.h"
 
 #include <QWidget>
+
+#include <optional>
 
 class QCheckBox;
 class QComboBox;
@@ -53,14 +56,7 @@ private:
     QLineEdit *m_alarm = nullptr;
     QComboBox *m_bank = nullptr;
     QLabel *m_bankKonto = nullptr;
-    QLineEdit *m_nazwa = nullptr;
-    QLineEdit *m_nazwa1 = nullptr;
-    QLineEdit *m_ulica = nullptr;
-    QLineEdit *m_kod = nullptr;
-    QLineEdit *m_miasto = nullptr;
-    QLineEdit *m_nip = nullptr;
-    QLineEdit *m_klientBank = nullptr;
-    QLineEdit *m_konto = nullptr;
+    std::optional<WindowFields::RecipientFields> m_recipient;
     QLineEdit *m_zaDokument = nullptr;
     QLineEdit *m_wartosc = nullptr;
     QList<QLineEdit *> m_texts;
