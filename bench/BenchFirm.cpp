@@ -2,7 +2,7 @@
 
 #include "AppState.h"
 #include "Dialogs.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "db/FirmDatabase.h"
 #include "documents/Accounts.h"
 #include "documents/DocumentStore.h"

@@ -6,7 +6,7 @@
 // It runs on a private bus of its own (dbus-run-session), never on the desktop's.
 #include "BenchFirm.h"
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "db/FirmDatabase.h"
 #include "documents/FirmData.h"
 

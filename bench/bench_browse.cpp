@@ -4,8 +4,8 @@
 // first lines are on screen. Targets: a year under 300 ms, one month of days under 50 ms.
 #include "BenchFirm.h"
 #include "DateText.h"
-#include "Firm.h"
-#include "documents/frmprzegladanie.h"
+#include "documents/Firm.h"
+#include "documents/ui/frmprzegladanie.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -5,9 +5,9 @@
 // transaction) to its return; the target is a median under 5 ms.
 #include "AppState.h"
 #include "BenchFirm.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "documents/ContractorStore.h"
-#include "documents/frmprzelew.h"
+#include "documents/ui/frmprzelew.h"
 
 #include <QApplication>
 #include <QComboBox>

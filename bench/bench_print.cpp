@@ -4,12 +4,12 @@
 //  - the preview of one slip: from the print command to the preview window painted.
 #include "BenchFirm.h"
 #include "Dialogs.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "documents/DocumentStore.h"
 #include "print/DocumentSlips.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
-#include "print/frmDrukPreview.h"
+#include "print/ui/frmDrukPreview.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

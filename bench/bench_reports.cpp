@@ -4,9 +4,10 @@
 // written. Targets: under 500 ms, under 1 s and under 2 s.
 #include "AppState.h"
 #include "BenchFirm.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
+#include "reports/ReportPrintout.h"
 #include "reports/ReportRegister.h"
 #include "reports/ReportWorkbook.h"
 
@@ -75,6 +76,7 @@ int main(int argc, char **argv)
 
     const QString pdf = home.path() + QStringLiteral("/raport.pdf");
     registerSlipDrivers();
+    registerReportDriver();
     PrintEngine &engine = PrintEngine::instance();
     engine.setPrinterFactory([&] { return std::make_unique<PdfSurface>(pdf); });
     measure("PDF written", 3, [&] {

@@ -6,7 +6,7 @@
 // after reopening the firm is timed on its own. The target is under 5 ms.
 #include "AppState.h"
 #include "BenchFirm.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "documents/ScheduledPayments.h"
 
 #include <QApplication>

@@ -4,7 +4,7 @@
 //  - OpenDb of a firm holding 100,000 documents: the first opening of an old file (the
 //    whole structure upgrade) and the usual opening of an up-to-date one.
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 

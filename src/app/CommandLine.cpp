@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include "CommandRegistry.h"
+
 #include "AppState.h"
 #include "DateText.h"
 #include "Messages.h"
@@ -31,12 +33,6 @@ void err(const QString &text)
     std::fputc('\n', stderr);
 }
 
-struct Command {
-    QString name;
-    QString synopsis;
-    QString description;
-    std::function<int(const QStringList &)> run; // arguments after the command's name
-};
 
 int newFirm(const QStringList &args)
 {
@@ -94,12 +90,6 @@ int checkField(const QStringList &args)
     return 1;
 }
 
-QList<Command> &addedCommands()
-{
-    static QList<Command> list;
-    return list;
-}
-
 const QList<Command> &builtInCommands()
 {
     static const QList<Command> list = {
@@ -135,18 +125,6 @@ const Command *findCommand(const QStringList &args)
 }
 
 } // namespace
-
-void addCommand(const QString &name, const QString &synopsis, const QString &description, Handler handler)
-{
-    QList<Command> &added = addedCommands();
-    for (Command &c : added) {
-        if (c.name == name) {
-            c = Command{name, synopsis, description, std::move(handler)};
-            return;
-        }
-    }
-    added.append(Command{name, synopsis, description, std::move(handler)});
-}
 
 bool needsApplication(const QStringList &args)
 {

@@ -28,13 +28,8 @@ StartOptions parseStart(const QStringList &args);
 
 QString usage();
 
-// A subcommand added at run time by a part of the program outside the core, such as
-// printing ("drukuj"), which needs the windows library: `zlecanki --help` lists it after
-// the built-in ones, and it runs under a QApplication (see needsApplication). The handler
-// gets the arguments after the command's name and returns the exit code.
-using Handler = std::function<int(const QStringList &args)>;
-void addCommand(const QString &name, const QString &synopsis, const QString &description, Handler handler);
-// True when `args` ask for a command added at run time.
+// True when `args` ask for a command that a subsystem added (CommandRegistry.h); those run
+// under a QApplication.
 bool needsApplication(const QStringList &args);
 
 } // namespace CommandLine

@@ -2,19 +2,20 @@
 
 #include "AppState.h"
 #include "Dialogs.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "SettingsStore.h"
-#include "SingleInstance.h"
-#include "Users.h"
+#include "base/ui/SingleInstance.h"
+#include "users/Users.h"
 #include "WidgetDialogs.h"
-#include "exchange/Automation.h"
-#include "exchange/clsSerwerBus.h"
-#include "frmLogin.h"
+#include "exchange/ui/Automation.h"
+#include "exchange/ui/clsSerwerBus.h"
+#include "users/ui/frmLogin.h"
 #include "frmglowna.h"
 #include "frmstart.h"
-#include "print/PrinterSurface.h"
+#include "print/ui/PrinterSurface.h"
 #include "print/SlipDrivers.h"
-#include "print/frmDrukPreview.h"
+#include "reports/ReportPrintout.h"
+#include "print/ui/frmDrukPreview.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -63,6 +64,7 @@ int Main(QApplication &app, const CommandLine::StartOptions &options)
     frmglowna main;
     PrintEngine &engine = PrintEngine::instance();
     registerSlipDrivers();
+    registerReportDriver();
     engine.setPrinterFactory([]() -> std::unique_ptr<PrintSurface> {
         auto printer = std::make_unique<PrinterSurface>();
         if (!printer->isValid())

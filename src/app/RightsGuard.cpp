@@ -1,6 +1,6 @@
 #include "RightsGuard.h"
 
-#include "Users.h"
+#include "users/Users.h"
 #include "frmglowna.h"
 
 #include <QAction>

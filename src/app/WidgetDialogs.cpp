@@ -1,6 +1,6 @@
 #include "WidgetDialogs.h"
 
-#include "print/frmPrintkopie.h"
+#include "print/ui/frmPrintkopie.h"
 
 #include <QApplication>
 #include <QDesktopServices>

@@ -2,10 +2,10 @@
 
 #include "AppState.h"
 #include "Dialogs.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "Help.h"
 #include "Messages.h"
-#include "WindowUtil.h"
+#include "base/ui/WindowUtil.h"
 #include "db/FirmDatabase.h"
 #include "exchange/basKONTORIAN.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ui/WindowHost.h"
+
 #include <QMainWindow>
 
 #include <functional>
@@ -15,7 +17,7 @@ class frmglowna_img;
 
 // The program's frame: every other window lives in its work area. It carries the menu,
 // the toolbar, the status bar with the firm and a clock, and knows whether a firm is open.
-class frmglowna : public QMainWindow {
+class frmglowna : public QMainWindow, public WindowHost {
     Q_OBJECT
 public:
     explicit frmglowna(QWidget *parent = nullptr);
@@ -27,8 +29,8 @@ public:
 
     // Shows a child window in the work area. A window of the same name already open is
     // brought forward instead and `window` is deleted. Returns the window shown.
-    QWidget *showChild(QWidget *window);
-    QWidget *childWindow(const QString &name) const;
+    QWidget *showChild(QWidget *window) override;
+    QWidget *childWindow(const QString &name) const override;
 
     // Opens the firm to work with at start: the given file, else the last firm used,
     // else the default firm (created on the very first start).

@@ -1,11 +1,11 @@
 #include "frmhotline.h"
 
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "Messages.h"
 #include "SettingsStore.h"
 #include "Version.h"
-#include "WindowUtil.h"
+#include "base/ui/WindowUtil.h"
 
 #include <QDir>
 #include <QLabel>

@@ -2,7 +2,7 @@
 
 #include "Messages.h"
 #include "Version.h"
-#include "WindowUtil.h"
+#include "base/ui/WindowUtil.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -1,6 +1,6 @@
 #include "ImportMdbCommand.h"
 
-#include "CommandLine.h"
+#include "CommandRegistry.h"
 #include "FirmDatabase.h"
 #include "MdbConversion.h"
 

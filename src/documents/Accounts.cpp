@@ -1,6 +1,6 @@
 #include "Accounts.h"
 
-#include "Transaction.h"
+#include "db/Transaction.h"
 #include "db/Structure.h"
 
 #include <QSqlError>

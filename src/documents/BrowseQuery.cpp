@@ -1,7 +1,7 @@
 #include "BrowseQuery.h"
 
 #include "DateText.h"
-#include "documents/DocumentKinds.h"
+#include "DocumentKinds.h"
 
 #include <QSqlError>
 #include <QSqlQuery>

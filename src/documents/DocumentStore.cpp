@@ -4,7 +4,7 @@
 #include "ChoiceLists.h"
 #include "ContractorStore.h"
 #include "DateText.h"
-#include "Transaction.h"
+#include "db/Transaction.h"
 #include "db/Structure.h"
 
 #include <QSqlError>

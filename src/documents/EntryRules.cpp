@@ -1,6 +1,6 @@
 #include "EntryRules.h"
 
-#include "documents/DocumentKinds.h"
+#include "DocumentKinds.h"
 
 namespace EntryRules {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "documents/Accounts.h"
+#include "Accounts.h"
 
 #include <QList>
 #include <QPageLayout>

@@ -1,6 +1,6 @@
 #include "FirmData.h"
 
-#include "Transaction.h"
+#include "db/Transaction.h"
 #include "db/Structure.h"
 
 #include <QSqlError>

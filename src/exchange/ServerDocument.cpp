@@ -5,7 +5,7 @@
 #include "documents/ContractorStore.h"
 #include "documents/DocumentKinds.h"
 #include "documents/FirmData.h"
-#include "documents/Transaction.h"
+#include "db/Transaction.h"
 #include "db/Structure.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "AppState.h"
 #include "Dialogs.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 #include "documents/Accounts.h"

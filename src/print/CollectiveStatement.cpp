@@ -1,7 +1,7 @@
 #include "CollectiveStatement.h"
 
 #include "DateText.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "PrintEngine.h"
 #include "SlipLayouts.h"
 #include "documents/FirmData.h"

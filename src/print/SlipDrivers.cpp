@@ -4,12 +4,11 @@
 #include "CollectiveStatement.h"
 #include "Dialogs.h"
 #include "DocumentSlips.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "Messages.h"
 #include "PrintEngine.h"
 #include "Slip.h"
 #include "documents/DocumentStore.h"
-#include "reports/ReportPrintout.h"
 
 namespace {
 
@@ -122,5 +121,4 @@ void registerSlipDrivers()
     engine.setDriver(QStringLiteral("dprzelew"), DrukDokumentu);
     engine.setDriver(QStringLiteral("dprzelewZus"), DrukDokumentuZus);
     engine.setDriver(QStringLiteral("zbiorowka"), DrukZbiorowki);
-    engine.setDriver(QStringLiteral("raport"), DrukRaportu);
 }

@@ -1,14 +1,15 @@
 #include "ReportCommand.h"
 
 #include "AppState.h"
-#include "CommandLine.h"
+#include "CommandRegistry.h"
 #include "Dialogs.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "ReportRegister.h"
 #include "ReportWorkbook.h"
 #include "StartupSettings.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
+#include "reports/ReportPrintout.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -137,6 +138,7 @@ int reportCommand(const QStringList &args)
     if (!o.pdf.isEmpty()) {
         const QString pdf = QFileInfo(o.pdf).absoluteFilePath();
         registerSlipDrivers();
+        registerReportDriver();
         PrintEngine &engine = PrintEngine::instance();
         engine.setPrinterFactory([&]() -> std::unique_ptr<PrintSurface> {
             return std::make_unique<PdfSurface>(pdf, Reports::reportName(o.criteria.kindIndex));

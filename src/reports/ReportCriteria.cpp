@@ -2,7 +2,7 @@
 
 #include "DateText.h"
 #include "db/Structure.h"
-#include "documents/Transaction.h"
+#include "db/Transaction.h"
 
 #include <QSqlError>
 #include <QSqlQuery>

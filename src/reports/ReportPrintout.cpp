@@ -170,3 +170,8 @@ void DrukRaportu(PrintEngine &engine)
     printFooter(engine, page, footer, c.amountRight);
     engine.KoniecStrony();
 }
+
+void registerReportDriver()
+{
+    PrintEngine::instance().setDriver(QStringLiteral("raport"), DrukRaportu);
+}

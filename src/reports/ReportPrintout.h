@@ -7,3 +7,5 @@ class PrintEngine;
 // the day; every page has the column captions and "strona nr: " with its number at the
 // foot; the "Ogółem" row closes the list.
 void DrukRaportu(PrintEngine &engine);
+// Gives the print engine the report printout under its procedure word "raport".
+void registerReportDriver();

@@ -1,6 +1,6 @@
 zlecanki_test(tst_sharedtypes app/tst_sharedtypes.cpp)
 zlecanki_test(tst_settings app/tst_settings.cpp)
-zlecanki_test(tst_firm app/tst_firm.cpp)
+zlecanki_ui_test(tst_firm app/tst_firm.cpp)
 zlecanki_ui_test(tst_mainwindow app/tst_mainwindow.cpp)
 zlecanki_ui_test(tst_startup app/tst_startup.cpp)
 zlecanki_ui_test(tst_ustawienia app/tst_ustawienia.cpp)

@@ -1,6 +1,6 @@
 #include "AppState.h"
-#include "CommandLine.h"
-#include "Firm.h"
+#include "app/CommandLine.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "db/FirmDatabase.h"

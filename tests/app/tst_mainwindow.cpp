@@ -1,11 +1,11 @@
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "SettingsStore.h"
 #include "TestEnv.h"
 #include "db/FirmDatabase.h"
-#include "frmFirmaOpen.h"
-#include "frmglowna.h"
+#include "app/frmFirmaOpen.h"
+#include "app/frmglowna.h"
 
 #include <QAction>
 #include <QFileInfo>

@@ -2,13 +2,13 @@
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
-#include "Users.h"
+#include "users/Users.h"
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "SettingsStore.h"
 #include "exchange/basKONTORIAN.h"
-#include "frmFirmaOpen.h"
-#include "frmglowna.h"
+#include "app/frmFirmaOpen.h"
+#include "app/frmglowna.h"
 
 #include <QAction>
 #include <QComboBox>

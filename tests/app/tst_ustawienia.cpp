@@ -1,12 +1,12 @@
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "SettingsStore.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "db/FirmDatabase.h"
-#include "frmUstawienia.h"
+#include "settings/ui/frmUstawienia.h"
 
 #include <QCheckBox>
 #include <QComboBox>

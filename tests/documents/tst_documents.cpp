@@ -1,4 +1,4 @@
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"

@@ -1,4 +1,4 @@
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
@@ -6,8 +6,8 @@
 #include "documents/Accounts.h"
 #include "documents/ContractorStore.h"
 #include "documents/FirmData.h"
-#include "documents/frmKontrahenci.h"
-#include "documents/frmfirma.h"
+#include "documents/ui/frmKontrahenci.h"
+#include "documents/ui/frmfirma.h"
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,14 +1,14 @@
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "documents/Accounts.h"
 #include "documents/DocumentStore.h"
-#include "documents/frmKontrahenci.h"
-#include "documents/frmprzegladanie.h"
-#include "documents/frmprzelew.h"
+#include "documents/ui/frmKontrahenci.h"
+#include "documents/ui/frmprzegladanie.h"
+#include "documents/ui/frmprzelew.h"
 #include "print/PrintEngine.h"
 
 #include <QApplication>

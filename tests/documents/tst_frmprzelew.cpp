@@ -1,5 +1,5 @@
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
@@ -7,8 +7,8 @@
 #include "TestWidgets.h"
 #include "documents/Accounts.h"
 #include "documents/ContractorStore.h"
-#include "documents/frmKontrahenci.h"
-#include "documents/frmprzelew.h"
+#include "documents/ui/frmKontrahenci.h"
+#include "documents/ui/frmprzelew.h"
 #include "exchange/Elixir.h"
 #include "print/PrintEngine.h"
 

@@ -1,13 +1,13 @@
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "documents/ScheduledPayments.h"
-#include "documents/frmprzelew.h"
-#include "documents/frmslzapl_term.h"
-#include "documents/frmzap_term.h"
+#include "documents/ui/frmprzelew.h"
+#include "documents/ui/frmslzapl_term.h"
+#include "documents/ui/frmzap_term.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,5 +1,5 @@
 #include "DateText.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "PdfReader.h"
 #include "TestEnv.h"
 #include "TestFirm.h"

@@ -1,13 +1,13 @@
 #include "AppState.h"
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "app/frmglowna.h"
 #include "documents/DocumentStore.h"
-#include "exchange/frmImport.h"
-#include "exchange/frmImportFirm.h"
+#include "exchange/ui/frmImport.h"
+#include "exchange/ui/frmImportFirm.h"
 
 #include <QCheckBox>
 #include <QFile>

@@ -3,8 +3,8 @@
 #include "SettingsStore.h"
 #include "TestEnv.h"
 #include "print/PrintEngine.h"
-#include "print/frmDrukPreview.h"
-#include "print/frmPrintkopie.h"
+#include "print/ui/frmDrukPreview.h"
+#include "print/ui/frmPrintkopie.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -1,10 +1,10 @@
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
-#include "frmglowna.h"
+#include "app/frmglowna.h"
 
 #include <QAction>
 #include <QFileInfo>

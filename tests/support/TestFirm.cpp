@@ -1,10 +1,11 @@
 #include "TestFirm.h"
 
-#include "Firm.h"
+#include "documents/Firm.h"
 #include "db/FirmDatabase.h"
 #include "documents/Accounts.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
+#include "reports/ReportPrintout.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -59,6 +60,7 @@ PaymentDocument sampleDocument(int kind, QDate issued)
 void printToPdf(const QString &pdf)
 {
     registerSlipDrivers();
+    registerReportDriver();
     PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf); });
 }
 

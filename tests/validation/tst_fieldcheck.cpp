@@ -1,5 +1,5 @@
 #include "RecordingDialogs.h"
-#include "validation/FieldCheck.h"
+#include "validation/ui/FieldCheck.h"
 
 #include <QApplication>
 #include <QKeyEvent>

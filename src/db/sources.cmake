@@ -1,7 +1,0 @@
-list(APPEND CORE_SOURCES
-  db/FirmDatabase.cpp
-  db/Structure.cpp
-  db/MdbReader.cpp
-  db/MdbConversion.cpp
-  db/ImportMdbCommand.cpp
-)

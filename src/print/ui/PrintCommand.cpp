@@ -1,0 +1,191 @@
+#include "PrintCommand.h"
+
+#include "AppState.h"
+#include "CommandRegistry.h"
+#include "Dialogs.h"
+#include "documents/Firm.h"
+#include "print/PrintEngine.h"
+#include "PrinterSurface.h"
+#include "print/SlipDrivers.h"
+#include "StartupSettings.h"
+#include "documents/DocumentStore.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPrinterInfo>
+
+#include <cstdio>
+
+namespace {
+
+const QString Usage = QStringLiteral("Użycie: zlecanki drukuj --firma PLIK --id NR (--pdf PLIK.pdf | "
+                                     "--drukarka KOLEJKA) [--kopie N] [--bez-kwoty]");
+
+void err(const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+}
+
+void out(const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stdout);
+    std::fputc('\n', stdout);
+}
+
+// No questions on the command line: each takes its first answer. Errors still go to
+// standard error; the hints for a person at a printer ("turn the sheet over") only when
+// the printout goes to a printer.
+class CommandDialogs : public ConsoleDialogs {
+public:
+    explicit CommandDialogs(bool toPrinter) : m_toPrinter(toPrinter) { m_previous = setDialogs(this); }
+    ~CommandDialogs() override { setDialogs(m_previous); }
+    void message(const QString &text, const QString &title, Icon icon) override
+    {
+        if (icon == Icon::Information && !m_toPrinter)
+            return;
+        ConsoleDialogs::message(text, title, icon);
+    }
+    bool question(const QString &, const QString &) override { return true; }
+
+private:
+    bool m_toPrinter;
+    Dialogs *m_previous = nullptr;
+};
+
+struct Options {
+    QString firm, pdf, queue;
+    qint32 id = 0;
+    int copies = 1;
+    bool withAmount = true;
+    QString error;
+};
+
+Options parse(const QStringList &args)
+{
+    Options o;
+    bool haveId = false;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        QString name = args.at(i);
+        QString value;
+        const bool flag = name == QLatin1String("--bez-kwoty");
+        static const QStringList known = {QStringLiteral("--firma"), QStringLiteral("--id"),
+                                          QStringLiteral("--pdf"), QStringLiteral("--drukarka"),
+                                          QStringLiteral("--kopie")};
+        if (!flag && !known.contains(name.section(QLatin1Char('='), 0, 0))) {
+            o.error = QStringLiteral("Nieznana opcja: %1").arg(name);
+            return o;
+        }
+        if (!flag) {
+            if (name.contains(QLatin1Char('='))) {
+                value = name.section(QLatin1Char('='), 1);
+                name = name.section(QLatin1Char('='), 0, 0);
+            } else if (i + 1 < args.size()) {
+                value = args.at(++i);
+            } else {
+                o.error = QStringLiteral("Brak wartości opcji %1.").arg(name);
+                return o;
+            }
+        }
+        bool ok = true;
+        if (flag)
+            o.withAmount = false;
+        else if (name == QLatin1String("--firma"))
+            o.firm = value;
+        else if (name == QLatin1String("--id")) {
+            o.id = value.toInt(&ok);
+            ok = ok && o.id > 0;
+            haveId = ok;
+        } else if (name == QLatin1String("--pdf"))
+            o.pdf = value;
+        else if (name == QLatin1String("--drukarka"))
+            o.queue = value;
+        else {
+            o.copies = value.toInt(&ok);
+            ok = ok && o.copies >= 1 && o.copies <= 255;
+        }
+        if (!ok) {
+            o.error = QStringLiteral("Nieprawidłowa wartość opcji %1: \"%2\"").arg(name, value);
+            return o;
+        }
+    }
+    if (o.firm.isEmpty() || !haveId)
+        o.error = QStringLiteral("Podaj plik firmy (--firma) i numer dokumentu (--id).");
+    else if (o.pdf.isEmpty() == o.queue.isEmpty())
+        o.error = QStringLiteral("Podaj jedno: plik PDF (--pdf) albo drukarkę (--drukarka).");
+    return o;
+}
+
+} // namespace
+
+int printCommand(const QStringList &args)
+{
+    const Options o = parse(args);
+    if (!o.error.isEmpty()) {
+        err(o.error);
+        err(Usage);
+        return 2;
+    }
+    // A file here, or else a firm of the databases folder by its file name.
+    const QString firm =
+        QFileInfo::exists(o.firm) ? QFileInfo(o.firm).absoluteFilePath() : resolveFirmPath(o.firm);
+    if (!QFileInfo::exists(firm)) {
+        err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(o.firm)));
+        return 1;
+    }
+    if (!o.queue.isEmpty() && QPrinterInfo::printerInfo(o.queue).isNull()) {
+        err(QStringLiteral("Nie ma drukarki \"%1\" (lpstat -p pokazuje zainstalowane).").arg(o.queue));
+        return 1;
+    }
+
+    CommandDialogs quiet(!o.queue.isEmpty());
+    StartupSettings::loadFontsAndPrintOptions();
+    if (!OpenDb(firm))
+        return 1;
+    QString error;
+    const auto doc = DocumentStore::read(Db(), o.id, &error);
+    if (!doc) {
+        err(error);
+        CloseDb();
+        return 1;
+    }
+
+    registerSlipDrivers();
+    PrintEngine &engine = PrintEngine::instance();
+    const QString pdf = o.pdf.isEmpty() ? QString() : QFileInfo(o.pdf).absoluteFilePath();
+    engine.setPrinterFactory([&]() -> std::unique_ptr<PrintSurface> {
+        if (!pdf.isEmpty())
+            return std::make_unique<PdfSurface>(pdf, QStringLiteral("Zlecanki %1").arg(o.id));
+        auto printer = std::make_unique<PrinterSurface>(o.queue);
+        if (!printer->isValid())
+            return nullptr;
+        return printer;
+    });
+    engine.setNextCopies(o.copies);
+    engine.setAmountPrinted(o.withAmount);
+    // The procedure the entry window uses for the kind: ZUS slips print the short name.
+    const QString procedure =
+        doc->rodzaj == DocumentKinds::PrzelewZus ? QStringLiteral("dprzelewZus") : QStringLiteral("dprzelew");
+    const bool printed =
+        engine.Drukuj(procedure, o.id, QPageLayout::Portrait, false, QStringLiteral("drukuj"));
+    engine.setPrinterFactory(nullptr);
+    CloseDb();
+    if (!printed || (!pdf.isEmpty() && !QFileInfo::exists(pdf))) {
+        err(QStringLiteral("Nie udało się wydrukować dokumentu nr %1.").arg(o.id));
+        return 1;
+    }
+    out(pdf.isEmpty() ? QStringLiteral("Wysłano do drukarki %1").arg(o.queue)
+                      : QDir::toNativeSeparators(pdf));
+    return 0;
+}
+
+void registerPrintCommand()
+{
+    CommandLine::addCommand(
+        QStringLiteral("drukuj"), QStringLiteral("drukuj OPCJE"),
+        QStringLiteral(
+            "drukuje dokument zapisany w bazie firmy, tak jak z okna dokumentu,\n"
+            "                         bez okien i pytań: --firma PLIK --id NR\n"
+            "                         (--pdf PLIK.pdf | --drukarka KOLEJKA) [--kopie N] [--bez-kwoty]"),
+        printCommand);
+}

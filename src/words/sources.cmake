@@ -1,1 +1,0 @@
-list(APPEND CORE_SOURCES words/Slownie.cpp)
