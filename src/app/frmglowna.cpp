@@ -212,11 +212,12 @@ void frmglowna::buildMenus()
     addCommand(docs, QStringLiteral("mnuzaplatyterm"), QStringLiteral("Zapłaty terminowe"), [this] { showChild(new frmzap_term); });
     addSeparator(docs, QStringLiteral("mnusepar"));
     addCommand(docs, QStringLiteral("mnuimport"), QStringLiteral("Import z pliku"), [this] {
-        // The block goes into an open new document, else into a new bank transfer.
+        // The block goes into an open new bank transfer, else into a new one: other kinds
+        // have no place for some of its values.
         showChild(new frmImport([this]() -> QWidget * {
             for (QMdiSubWindow *sub : m_mdi->subWindowList()) {
                 auto *entry = qobject_cast<frmprzelew *>(sub->widget());
-                if (entry && entry->mode() == EntryRules::New) {
+                if (entry && entry->mode() == EntryRules::New && entry->kind() == DocumentKinds::PrzelewBankowy) {
                     m_mdi->setActiveSubWindow(sub);
                     return entry;
                 }

@@ -228,7 +228,16 @@ struct Step {
     QString table;
     QString marker;
     std::function<void(QSqlDatabase &)> apply;
+    // Set for a repair of values: it runs while the marker column exists and this says
+    // there is something to repair, instead of while the marker column is missing.
+    std::function<bool(const QSqlDatabase &)> needed = {};
 };
+
+bool anyRow(const QSqlDatabase &db, const QString &sql)
+{
+    QSqlQuery q(db);
+    return q.exec(sql) && q.next();
+}
 
 QList<Step> upgradeSteps()
 {
@@ -286,6 +295,16 @@ QList<Step> upgradeSteps()
          [](QSqlDatabase &db) {
              addColumns(db, QStringLiteral("FIRMA"),
                         bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta")));
+         }},
+        // A scheduled payment with no month of its last issue (written by an older version,
+        // or brought in from another firm) fails the due check's comparison and would never
+        // be listed: it gets 0, no month.
+        {QStringLiteral("Cykliczne"), QStringLiteral("LASTWYSTAWM"),
+         [](QSqlDatabase &db) {
+             run(db, QStringLiteral("UPDATE Cykliczne SET LASTWYSTAWM=0 WHERE LASTWYSTAWM IS NULL OR LASTWYSTAWM=''"));
+         },
+         [](const QSqlDatabase &db) {
+             return anyRow(db, QStringLiteral("SELECT 1 FROM Cykliczne WHERE LASTWYSTAWM IS NULL OR LASTWYSTAWM='' LIMIT 1"));
          }},
     };
 }
@@ -462,7 +481,8 @@ void UpgradeStructure(QSqlDatabase &db)
 {
     const bool inTransaction = db.transaction();
     for (const Step &step : upgradeSteps()) {
-        if (!hasColumn(db, step.table, step.marker))
+        const bool present = hasColumn(db, step.table, step.marker);
+        if (step.needed ? present && step.needed(db) : !present)
             step.apply(db);
     }
     if (inTransaction && !db.commit())

@@ -196,7 +196,9 @@ void TestStructure::baseStructureUpgradedToFull()
 {
     QSqlDatabase db = openNew(false);
     QVERIFY(exec(db, QStringLiteral("INSERT INTO firma (NAZWA) VALUES ('Stara')")));
+    QVERIFY(exec(db, QStringLiteral("INSERT INTO cykliczne (NAZWA) VALUES ('Czynsz')")));
     UpgradeStructure(db);
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT LASTWYSTAWM FROM cykliczne")), QStringLiteral("0"));
     QCOMPARE(queryRows(db, SettingsRow), QStringLiteral("1|0|0|1|0|0|0"));
     QCOMPARE(queryRows(db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
     // Rows that were there keep Null in the new columns; later rows get the defaults.
@@ -254,6 +256,13 @@ void TestStructure::nullsAndZeroDatesRepaired()
     // The old engine's day zero becomes Null; a real date stays.
     QVERIFY(ZeroToNull(db, QStringLiteral("zlecanki")));
     QCOMPARE(queryRows(db, QStringLiteral("SELECT DATA_SESJI FROM zlecanki ORDER BY ID")), QStringLiteral("NULL;2026-03-05"));
+
+    // Scheduled payments brought in without the month of their last issue get 0 on the
+    // next opening, so that the due check can list them; a month issued stays.
+    QVERIFY(exec(db, QStringLiteral("INSERT INTO cykliczne (NAZWA, LASTWYSTAWM) VALUES ('Czynsz', NULL), ('Woda', 3)")));
+    UpgradeStructure(db);
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT NAZWA, LASTWYSTAWM FROM cykliczne ORDER BY NAZWA")),
+             QStringLiteral("Czynsz|0;Woda|3"));
 }
 
 QTEST_GUILESS_MAIN(TestStructure)

@@ -9,6 +9,7 @@
 #include "documents/ui/frmKontrahenci.h"
 #include "documents/ui/frmfirma.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -134,6 +135,20 @@ void TestDocumentWindows::firmWindowStoresEverything()
     QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || NAZWA || '|' || STAN_KONTA3 FROM firma")),
              QStringLiteral("1|Firma nowa|10845600"));
     QCOMPARE(text(&w, QStringLiteral("txtstan_2")), QStringLiteral("1 084,56"));
+
+    // A balance typed and saved at once with Alt+O is stored as leaving the field shows it.
+    QApplication::setActiveWindow(&w);
+    QVERIFY(QTest::qWaitForWindowActive(&w));
+    click(&w, QStringLiteral("cmdzmien"));
+    child<QTabWidget>(&w, QStringLiteral("zakladki"))->setCurrentIndex(2);
+    auto *stan = child<QLineEdit>(&w, QStringLiteral("txtstan_0"));
+    stan->setFocus();
+    stan->selectAll();
+    QTest::keyClicks(stan, QStringLiteral("10,005"));
+    QTest::keyClick(stan, Qt::Key_O, Qt::AltModifier);
+    QTRY_VERIFY(!w.isEditing());
+    QCOMPARE(stored(QStringLiteral("SELECT STAN_KONTA1 FROM firma")), QStringLiteral("100100"));
+    QCOMPARE(stan->text(), QStringLiteral("10,01"));
 }
 
 void TestDocumentWindows::badInputRefused_data()

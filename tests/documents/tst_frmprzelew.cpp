@@ -68,6 +68,8 @@ private Q_SLOTS:
     void refusedSave_data();
     void refusedSave();
     void keysAndLeaving();
+    void storedAsShown_data();
+    void storedAsShown();
     void contractorChosen();
 
 private:
@@ -84,7 +86,10 @@ void TestFrmPrzelew::init()
     FirmData firm = sampleFirm();
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money()};
     firm.accounts[2] = {QStringLiteral("mBank"), QStringLiteral("33 3333"), Money::fromZlote(5000)};
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("dok%1.zlc").arg(++m_files)), firm));
+    // Each firm in a folder of its own, as is its bank file.
+    const QString folder = m_env->newPath(QStringLiteral("dok%1").arg(++m_files));
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(openNewFirm(folder + QStringLiteral("/dok.zlc"), firm));
     appState().eliksir = 0;
     m_pdf = m_env->newPath(QStringLiteral("slip%1.pdf").arg(m_files));
     printToPdf(m_pdf);
@@ -163,15 +168,19 @@ void TestFrmPrzelew::correction_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("amount"); // empty: left as it is
+    QTest::addColumn<bool>("moved");     // paid from "PKO BP" instead
     QTest::addColumn<QString>("balance");
-    QTest::newRow("unchanged") << 1 << "" << "37655000";
-    QTest::newRow("tax raised") << 6 << "2000" << "30000000";
+    QTest::newRow("unchanged") << 1 << "" << false << "37655000";
+    QTest::newRow("tax raised") << 6 << "2000" << false << "30000000";
+    // The account paid from before keeps its charge; the user is told so first.
+    QTest::newRow("moved to another account") << 1 << "" << true << "37655000";
 }
 
 void TestFrmPrzelew::correction()
 {
     QFETCH(int, kind);
     QFETCH(QString, amount);
+    QFETCH(bool, moved);
     QFETCH(QString, balance);
     const qint32 id = issued(kind);
     frmprzelew w(1, qint16(kind), id);
@@ -179,10 +188,15 @@ void TestFrmPrzelew::correction()
     QCOMPARE(child<QLineEdit>(&w, amountField)->text(), QStringLiteral("1 234,50"));
     if (!amount.isEmpty())
         child<QLineEdit>(&w, amountField)->setText(amount);
+    if (moved)
+        child<QComboBox>(&w, QStringLiteral("lstbank"))->setCurrentIndex(0);
+    m_dialogs->clear();
     click(&w, QStringLiteral("cmdwystaw"));
     QCOMPARE(w.currentId(), id);
     QCOMPARE(balance3(), balance);
-    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("1"));
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(banknr) FROM zlecanki")),
+             QStringLiteral("1|%1").arg(moved ? 1 : 3));
+    QCOMPARE(m_dialogs->saw(QStringLiteral("Stan konta mBank nie zostanie przywrócony")), moved);
 }
 
 void TestFrmPrzelew::printRouteOfWindow_data()
@@ -232,10 +246,16 @@ void TestFrmPrzelew::refusedSave_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("field"); // set to `value`; "elixir" and "database" break the save instead
     QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("elixir");   // the bank file switched on: it is opened before the fields are checked
     QTest::addColumn<QString>("message");
-    QTest::newRow("postal code") << 1 << "txtkod" << "00950" << "'00950' nie jest kodem pocztowym.";
-    QTest::newRow("Elixir file") << 1 << "elixir" << "" << "Przechwycony błąd:";
-    QTest::newRow("database") << 1 << "database" << "" << "Przechwycony błąd:";
+    QTest::newRow("postal code") << 1 << "txtkod" << "00950" << true << "'00950' nie jest kodem pocztowym.";
+    QTest::newRow("Elixir file") << 1 << "elixir" << "" << true << "Przechwycony błąd:";
+    QTest::newRow("database") << 1 << "database" << "" << false << "Przechwycony błąd:";
+    QTest::newRow("zero amount") << 1 << "txtwartosc" << "0" << false << "Kwota musi być większa od zera.";
+    QTest::newRow("ZUS amount left at zero") << 5 << "txtWartoscZus" << "0,00" << false
+                                             << "Kwota musi być większa od zera.";
+    QTest::newRow("tax amount left at zero") << 6 << "txtWartoscPod" << "0,00" << false
+                                             << "Kwota musi być większa od zera.";
 }
 
 void TestFrmPrzelew::refusedSave()
@@ -243,11 +263,12 @@ void TestFrmPrzelew::refusedSave()
     QFETCH(int, kind);
     QFETCH(QString, field);
     QFETCH(QString, value);
+    QFETCH(bool, elixir);
     QFETCH(QString, message);
     auto w = filledWindow(kind, "Nowy Odbiorca");
     QApplication::setActiveWindow(w.get());
+    appState().eliksir = elixir ? 1 : 0;
     if (field == QLatin1String("elixir")) {
-        appState().eliksir = 1;
         QVERIFY(QDir().mkpath(Elixir::filePath(firmFile()))); // a folder where the file should be
     } else if (field == QLatin1String("database")) {
         // The balance cannot be written: the row and the new contractor must go too.
@@ -266,6 +287,7 @@ void TestFrmPrzelew::refusedSave()
     QCOMPARE(balance3(), QStringLiteral("50000000"));
     QVERIFY(!QFileInfo::exists(m_pdf));
     QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->text(), QStringLiteral("Nowy Odbiorca"));
+    QCOMPARE(QFileInfo::exists(Elixir::filePath(firmFile())), elixir);
     appState().eliksir = 0;
 }
 
@@ -290,6 +312,33 @@ void TestFrmPrzelew::keysAndLeaving()
     kod->setFocus();
     QTest::keyClick(kod, Qt::Key_Return);
     QVERIFY(m_dialogs->saw(QStringLiteral("'123456' nie jest kodem pocztowym.")));
+}
+
+void TestFrmPrzelew::storedAsShown_data()
+{
+    QTest::addColumn<bool>("left"); // the amount left with Tab before Alt+W
+    QTest::newRow("issued at once") << false;
+    QTest::newRow("left first") << true;
+}
+
+void TestFrmPrzelew::storedAsShown()
+{
+    QFETCH(bool, left);
+    auto w = filledWindow(1);
+    QApplication::setActiveWindow(w.get());
+    QVERIFY(QTest::qWaitForWindowActive(w.get()));
+    auto *amount = child<QLineEdit>(w.get(), QStringLiteral("txtwartosc"));
+    amount->clear();
+    amount->setFocus();
+    QTest::keyClicks(amount, QStringLiteral("10,005"));
+    if (left) {
+        QTest::keyClick(amount, Qt::Key_Tab);
+        QCOMPARE(amount->text(), QStringLiteral("10,01"));
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_W, Qt::AltModifier);
+    QTRY_VERIFY(w->currentId() > 0);
+    QCOMPARE(stored(QStringLiteral("SELECT wartosc FROM zlecanki")), QStringLiteral("100100"));
+    QCOMPARE(balance3(), QStringLiteral("49899900")); // 5000,00 - 10,01
 }
 
 void TestFrmPrzelew::contractorChosen()

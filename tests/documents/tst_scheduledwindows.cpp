@@ -54,13 +54,24 @@ void TestScheduledWindows::savingRefused_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("payDay");
     QTest::addColumn<QString>("alarmDay");
+    QTest::addColumn<QString>("field"); // on the recipient page, not in view, set to `value`
+    QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("told");
-    QTest::newRow("no alarm day") << QStringLiteral("Woda") << QStringLiteral("10") << QString()
-                                  << QStringLiteral("Wypełnij pola nazwa, dzień alarmu i płatności");
-    QTest::newRow("day 32") << QStringLiteral("Woda") << QStringLiteral("32") << QStringLiteral("5")
-                            << QStringLiteral("Miesiąc ma tylko 31 dni");
-    QTest::newRow("name taken") << QStringLiteral("Czynsz") << QStringLiteral("10") << QStringLiteral("5")
-                                << QStringLiteral("Taka zapłata już istnieje");
+    QTest::addColumn<QString>("wrong"); // where the user is sent back; empty: not checked
+    QTest::newRow("no alarm day") << "Woda" << "10" << "" << "" << ""
+                                  << "Wypełnij pola nazwa, dzień alarmu i płatności" << "";
+    QTest::newRow("day 32") << "Woda" << "32" << "5" << "" << "" << "Miesiąc ma tylko 31 dni" << "txtdzien";
+    QTest::newRow("day with a point") << "Woda" << "5." << "5" << "" << "" << "'5.' nie jest liczbą całkowitą."
+                                      << "txtdzien";
+    QTest::newRow("negative alarm day") << "Woda" << "10" << "-5" << "txtwartosc" << "x"
+                                        << "'-5' nie jest liczbą całkowitą." << "txtalarm";
+    QTest::newRow("day 0") << "Woda" << "0" << "5" << "" << "" << "'0' nie jest dodatnia." << "txtdzien";
+    QTest::newRow("name taken") << "Czynsz" << "10" << "5" << "" << "" << "Taka zapłata już istnieje"
+                                << "txtnazwazaplaty";
+    QTest::newRow("amount not in view") << "Woda" << "10" << "5" << "txtwartosc" << "1.234,5.0"
+                                        << "'1.234,5.0' nie jest kwotą." << "txtwartosc";
+    QTest::newRow("postal code not in view") << "Woda" << "10" << "5" << "txtkod" << "00950"
+                                             << "'00950' nie jest kodem pocztowym." << "txtkod";
 }
 
 void TestScheduledWindows::savingRefused()
@@ -68,27 +79,37 @@ void TestScheduledWindows::savingRefused()
     QFETCH(QString, name);
     QFETCH(QString, payDay);
     QFETCH(QString, alarmDay);
+    QFETCH(QString, field);
+    QFETCH(QString, value);
     QFETCH(QString, told);
+    QFETCH(QString, wrong);
 
     RecordingDialogs dialogs;
     frmslzapl_term w;
     w.show();
+    QApplication::setActiveWindow(&w);
     QVERIFY(QTest::qWaitForWindowActive(&w));
     auto *tabs = child<QTabWidget>(&w, QStringLiteral("zakladki"));
-    click(&w, QStringLiteral("cmdnowy"));
-    child<QLineEdit>(&w, QStringLiteral("txtnazwazaplaty"))->setText(name);
+    QTest::keyClick(&w, Qt::Key_N, Qt::AltModifier); // "&Nowa"
+    QTRY_VERIFY(w.isEditing());
+    auto *nameField = child<QLineEdit>(&w, QStringLiteral("txtnazwazaplaty"));
+    QCOMPARE(QApplication::focusWidget(), nameField);
+    QTest::keyClicks(nameField, name);
+    // Pasted: the keys of these would not get through.
     child<QLineEdit>(&w, QStringLiteral("txtdzien"))->setText(payDay);
     child<QLineEdit>(&w, QStringLiteral("txtalarm"))->setText(alarmDay);
-    tabs->setCurrentIndex(1);
-    child<QLineEdit>(&w, QStringLiteral("txtnazwa"))->setFocus();
-    click(&w, QStringLiteral("cmdok"));
+    if (!field.isEmpty())
+        child<QLineEdit>(&w, field)->setText(value);
+    QCOMPARE(tabs->currentIndex(), 0);
+    QTest::keyClick(nameField, Qt::Key_O, Qt::AltModifier); // "&OK"
 
-    QVERIFY2(dialogs.saw(told), qPrintable(told));
+    QTRY_VERIFY2(dialogs.saw(told), qPrintable(told));
+    QCOMPARE(dialogs.callsOf(QStringLiteral("message")).size(), 1);
     QVERIFY(w.isEditing());
     QCOMPARE(ScheduledPayments::names(Db()).value(), QStringList{QStringLiteral("Czynsz")});
-    if (told == QLatin1String("Taka zapłata już istnieje")) {
-        QCOMPARE(tabs->currentIndex(), 0);
-        QCOMPARE(QApplication::focusWidget(), child(&w, QStringLiteral("txtnazwazaplaty")));
+    if (!wrong.isEmpty()) {
+        QCOMPARE(QApplication::focusWidget(), child(&w, wrong));
+        QVERIFY(tabs->currentWidget()->isAncestorOf(child(&w, wrong)));
     }
 }
 
@@ -96,14 +117,28 @@ void TestScheduledWindows::savedPaymentIsDueAtOnce()
 {
     RecordingDialogs dialogs;
     frmslzapl_term w;
+    w.show();
+    QApplication::setActiveWindow(&w);
+    QVERIFY(QTest::qWaitForWindowActive(&w));
     click(&w, QStringLiteral("cmdnowy"));
-    fill(&w, {{"txtnazwazaplaty", "Woda"}, {"txtdzien", "7"}, {"txtalarm", "3"}, {"txtNIP", ""}, {"txtwartosc", "150,25"}});
+    QTest::keyClicks(child<QLineEdit>(&w, QStringLiteral("txtnazwazaplaty")), QStringLiteral("Woda"));
+    auto *day = child<QLineEdit>(&w, QStringLiteral("txtdzien"));
+    QTest::keyClicks(day, QStringLiteral("-7."));
+    QCOMPARE(day->text(), QStringLiteral("7")); // digits only
+    QTest::keyClicks(child<QLineEdit>(&w, QStringLiteral("txtalarm")), QStringLiteral("3"));
     for (QCheckBox *box : w.findChildren<QCheckBox *>(QStringLiteral("chkmiesiac")))
         box->setChecked(box->property("Index").toInt() == 2); // March
-    click(&w, QStringLiteral("cmdok"));
+    child<QTabWidget>(&w, QStringLiteral("zakladki"))->setCurrentIndex(1);
+    auto *amount = child<QLineEdit>(&w, QStringLiteral("txtwartosc"));
+    amount->setFocus();
+    QTest::keyClicks(amount, QStringLiteral("150,255"));
+    QTest::keyClick(amount, Qt::Key_O, Qt::AltModifier);
+    QTRY_VERIFY(!w.isEditing());
 
-    QVERIFY(!w.isEditing());
-    QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Woda"))->wartosc, Money::fromGrosze(15025));
+    QVERIFY(dialogs.calls.isEmpty());
+    // Stored as the window shows it.
+    QCOMPARE(amount->text(), QStringLiteral("150,26"));
+    QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Woda"))->wartosc, Money::fromGrosze(15026));
     frmzap_term alarm;
     const auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
     QCOMPARE(list->count(), 2);

@@ -6,6 +6,7 @@
 #include "TestWidgets.h"
 #include "documents/ui/frmZbiorowka.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QListWidget>
 #include <QTest>
@@ -139,13 +140,25 @@ void TestZbiorowka::printedStatement()
     const QString pdf = m_env->newPath(QStringLiteral("zbiorowka.pdf"));
     printToPdf(pdf);
     auto w = open(QStringLiteral("05-03-2026"), 1);
-    click(w.get(), QStringLiteral("cmdwystaw"));
+    QApplication::setActiveWindow(w.get());
+    QVERIFY(QTest::qWaitForWindowActive(w.get()));
+    // Another day typed and printed at once with Alt+W: the statement is of the day
+    // typed, as if the field had been left.
+    child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(0);
+    auto *date = child<QLineEdit>(w.get(), QStringLiteral("txtData"));
+    date->setFocus();
+    date->selectAll();
+    QTest::keyClicks(date, QStringLiteral("6/3/2026"));
+    QTest::keyClick(date, Qt::Key_W, Qt::AltModifier);
+    QTRY_COMPARE(d.callsOf(QStringLiteral("copies")).size(), 1);
+    QCOMPARE(date->text(), QStringLiteral("06-03-2026"));
+    QCOMPARE(lines(w.get()), QStringList{"33,00"});
     const PdfContent content = readPdf(pdf);
     const QString text = content.text();
     QVERIFY2(text.contains(QStringLiteral("Ilość przelewów: 1")), qPrintable(text));
-    QVERIFY(text.contains(QStringLiteral("mBank")));
-    QVERIFY(text.contains(QStringLiteral("Razem: 77,00")));
-    QCOMPARE(d.callsOf(QStringLiteral("copies")).size(), 1);
+    QVERIFY(text.contains(QStringLiteral("PKO BP")));
+    QVERIFY(text.contains(QStringLiteral("Razem: 33,00")));
+    QVERIFY(text.contains(QStringLiteral("Data: 06-03-2026")));
 }
 
 QTEST_MAIN(TestZbiorowka)

@@ -20,13 +20,15 @@
 
 namespace {
 
-// An export file of `count` blocks in Windows-1250 with CR LF lines.
-QByteArray exportFile(int count)
+// An export file of `count` blocks in Windows-1250 with CR LF lines; `name` is the
+// recipient of the first.
+QByteArray exportFile(int count, const QString &name = {})
 {
     QString text = QStringLiteral("naglowek pliku\r\n");
     for (int n = 0; n < count; ++n) {
         text += QStringLiteral("***\r\n1\r\n2\r\n3\r\n4\r\n5\r\n");
-        const QStringList values = {QStringLiteral("Odbiorca %1").arg(n), QStringLiteral("cd"), QStringLiteral("Długa 1"),
+        const QStringList values = {n == 0 && !name.isEmpty() ? name : QStringLiteral("Odbiorca %1").arg(n),
+                                    QStringLiteral("cd"), QStringLiteral("Długa 1"),
                                     QStringLiteral("90-001"), QStringLiteral("Łódź"), QStringLiteral("PKO"),
                                     QStringLiteral("12 3456"), QStringLiteral("Faktura=%1").arg(n),
                                     QStringLiteral("%1,50").arg(n), QStringLiteral("05-03-2026")};
@@ -62,6 +64,7 @@ private Q_SLOTS:
     void cleanup();
 
     void exportFileTakenOverAndRemoved();
+    void blockTakenOverWhole();
     void firmImport_data();
     void firmImport();
     void accessFileOpenedAsFirm();
@@ -148,6 +151,38 @@ void TestImportWindows::exportFileTakenOverAndRemoved()
         click(w, QStringLiteral("cmdusun"));
     }
     QVERIFY(!QFile::exists(path));
+}
+
+void TestImportWindows::blockTakenOverWhole()
+{
+    const QString name = QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe Gęśla i Synowie Spółka Jawna");
+    const QString path = m_env->newPath(QStringLiteral("dlugi.EXP"));
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(exportFile(1, name));
+    f.close();
+    // A ZUS payment being written has no place for a transfer's values.
+    m_window->command(QStringLiteral("mnuzlecanki_4"))->trigger();
+    QWidget *zus = m_window->childWindow(QStringLiteral("frmprzelew_5"));
+    QVERIFY(zus);
+
+    m_dialogs->files << path;
+    m_window->command(QStringLiteral("mnuimport"))->trigger();
+    QWidget *w = m_window->childWindow(QStringLiteral("frmImport"));
+    QTRY_COMPARE(child<QListWidget>(w, QStringLiteral("lstdok"))->count(), 1);
+    child<QListWidget>(w, QStringLiteral("lstdok"))->setCurrentRow(0);
+    click(w, QStringLiteral("cmdpokaz"));
+
+    QCOMPARE(child<QLineEdit>(zus, QStringLiteral("txtnazwa"))->text(), QString());
+    QWidget *entry = m_window->childWindow(QStringLiteral("frmprzelew_1"));
+    QVERIFY(entry);
+    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtnazwa"))->text(), name);
+    const QString tooLong = QStringLiteral("Tekst w polu Nazwa jest za długi: pole mieści najwyżej 50 znaków.");
+    QVERIFY2(m_dialogs->saw(tooLong), qPrintable(said(*m_dialogs).join(QLatin1Char('\n'))));
+    m_dialogs->clear();
+    click(entry, QStringLiteral("cmdwystaw"));
+    QVERIFY(m_dialogs->saw(tooLong));
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("0"));
 }
 
 void TestImportWindows::firmImport_data()

@@ -2,34 +2,54 @@
 #include "validation/ui/FieldCheck.h"
 
 #include <QApplication>
+#include <QFormLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <memory>
+#include <string_view>
+#include <tuple>
 
-// A window with tagged fields, created in one order and tabbed through in another: the
-// amount comes before the postal code.
+// A window with tagged fields on two tab pages, created in one order and tabbed through in
+// another: the amount comes before the postal code. A field the window hides itself (a
+// block of another document kind) holds a wrong amount that is never reported.
 class Form : public QWidget {
 public:
     Form()
     {
         auto *layout = new QVBoxLayout(this);
-        for (const auto &[name, kind] : {std::pair{"txtdata", "data"}, {"txtkod", "kodpoczt"}, {"txtnip", "nip"},
-                                         {"txtwartosc", "cur"}, {"txtnazwa", ""}}) {
+        tabs = new QTabWidget(this);
+        layout->addWidget(tabs);
+        QWidget *pages[] = {new QWidget, new QWidget};
+        tabs->addTab(pages[0], QStringLiteral("Dokument"));
+        tabs->addTab(pages[1], QStringLiteral("Odbiorca"));
+        auto *forms = new QFormLayout(pages[0]);
+        auto *recipient = new QFormLayout(pages[1]);
+        for (const auto &[name, kind, label] :
+             {std::tuple{"txtdata", "data", "Data:"}, {"txtkod", "kodpoczt", "Kod:"}, {"txtnip", "nip", "NIP:"},
+              {"txtwartosc", "cur", "Wartość:"}, {"txtnazwa", "", "Nazwa:"}}) {
             auto *f = new QLineEdit(this);
             f->setObjectName(QLatin1String(name));
             if (*kind)
                 FieldCheck::setKind(f, QLatin1String(kind));
-            layout->addWidget(f);
+            const bool first = std::string_view(name) == "txtdata" || std::string_view(name) == "txtwartosc";
+            (first ? forms : recipient)->addRow(QString::fromUtf8(label), f);
         }
+        FieldCheck::setLimit(field("txtnazwa"), 20);
+        auto *hidden = new QLineEdit(QStringLiteral("12,34,5"), this);
+        FieldCheck::setKind(hidden, QStringLiteral("cur"));
+        layout->addWidget(hidden);
+        hidden->hide();
         const char *order[] = {"txtdata", "txtwartosc", "txtkod", "txtnip", "txtnazwa"};
         for (int i = 0; i + 1 < 5; ++i)
             setTabOrder(field(order[i]), field(order[i + 1]));
     }
     QLineEdit *field(const char *name) { return findChild<QLineEdit *>(QLatin1String(name)); }
+    QTabWidget *tabs;
 };
 
 class TestFieldCheck : public QObject {
@@ -65,17 +85,21 @@ void TestFieldCheck::cleanup()
 
 void TestFieldCheck::firstWrongFieldInTabOrderReported_data()
 {
-    QTest::addColumn<QStringList>("values"); // data, kod, nip, wartosc
+    QTest::addColumn<QStringList>("values"); // data, kod, nip, wartosc, nazwa
     QTest::addColumn<QString>("failed");     // empty: all pass
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("title");
-    QTest::newRow("all correct") << QStringList{"05-03-2026", "00-950", "123-456-78-90", "1 234,56"} << "" << "" << "";
+    QTest::newRow("all correct") << QStringList{"05-03-2026", "00-950", "123-456-78-90", "1 234,56", "Hurtownia"} << ""
+                                 << "" << "";
     QTest::newRow("amount before postal code")
-        << QStringList{"05-03-2026", "00950", "123-456-78-90", "12,34,5"} << "txtwartosc" << "'12,34,5' nie jest kwotą."
-        << "";
-    QTest::newRow("postal code before NIP")
-        << QStringList{"05-03-2026", " 00950 ", "1234567890", "1,00"} << "txtkod" << "'00950' nie jest kodem pocztowym."
-        << "Nieprawidłowa ilość znaków";
+        << QStringList{"05-03-2026", "00950", "123-456-78-90", "12,34,5", ""} << "txtwartosc"
+        << "'12,34,5' nie jest kwotą." << "";
+    QTest::newRow("postal code on the page not in view, before NIP")
+        << QStringList{"05-03-2026", " 00950 ", "1234567890", "1,00", ""} << "txtkod"
+        << "'00950' nie jest kodem pocztowym." << "Nieprawidłowa ilość znaków";
+    QTest::newRow("text longer than its field")
+        << QStringList{"05-03-2026", "", "", "1,00", "Hurtownia Gęśla i Synowie"} << "txtnazwa"
+        << "Tekst w polu Nazwa jest za długi: pole mieści najwyżej 20 znaków." << "";
 }
 
 void TestFieldCheck::firstWrongFieldInTabOrderReported()
@@ -84,10 +108,10 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported()
     QFETCH(QString, failed);
     QFETCH(QString, message);
     QFETCH(QString, title);
-    const char *names[] = {"txtdata", "txtkod", "txtnip", "txtwartosc"};
-    for (int i = 0; i < 4; ++i)
-        m_form->field(names[i])->setText(values[i]);
-    m_form->field("txtnazwa")->setFocus();
+    const char *names[] = {"txtdata", "txtkod", "txtnip", "txtwartosc", "txtnazwa"};
+    for (int i = 0; i < 5; ++i)
+        FieldCheck::putWhole(m_form->field(names[i]), values[i]);
+    m_form->field("txtdata")->setFocus();
 
     QCOMPARE(FieldCheck::SprawdzPola(m_form.get()), !failed.isEmpty());
     QCOMPARE(FieldCheck::validationError(), !failed.isEmpty());
@@ -98,9 +122,10 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported()
     QCOMPARE(m_dialogs->calls[0].title, title);
     QCOMPARE(m_dialogs->calls[0].icon, Dialogs::Icon::Exclamation);
     QLineEdit *wrong = m_form->field(qPrintable(failed));
+    QVERIFY(m_form->tabs->currentWidget()->isAncestorOf(wrong));
     QCOMPARE(QApplication::focusWidget(), wrong);
     QCOMPARE(wrong->selectedText(), wrong->text());
-    QCOMPARE(wrong->text(), values[std::find(names, names + 4, failed) - names]); // nothing corrected
+    QCOMPARE(wrong->text(), values[std::find(names, names + 5, failed) - names]); // nothing corrected or cut
 }
 
 void TestFieldCheck::requiredFields()
@@ -141,7 +166,7 @@ void TestFieldCheck::leavingNormalises()
     FieldCheck::normaliseAmountOnLeave(wartosc);
     data->setFocus();
     QTest::keyClicks(data, QStringLiteral("5/3/2026"));
-    wartosc->setFocus();
+    QTest::keyClick(data, Qt::Key_Tab);
     QCOMPARE(data->text(), QStringLiteral("05-03-2026"));
     QTest::keyClicks(wartosc, QStringLiteral("1234.5"));
     data->setFocus();
@@ -151,6 +176,14 @@ void TestFieldCheck::leavingNormalises()
     wartosc->setFocus();
     data->setFocus();
     QCOMPARE(wartosc->text(), QStringLiteral("12,34,5"));
+
+    // Checking the window before the fields are left shows them as leaving would.
+    data->setText(QStringLiteral("7/3/2026"));
+    wartosc->clear();
+    wartosc->setFocus();
+    QTest::keyClicks(wartosc, QStringLiteral("10,005"));
+    QVERIFY(!FieldCheck::SprawdzPola(m_form.get()));
+    QCOMPARE(data->text() + QLatin1Char('|') + wartosc->text(), QStringLiteral("07-03-2026|10,01"));
 }
 
 QTEST_MAIN(TestFieldCheck)

@@ -17,7 +17,7 @@ QLineEdit *field(QWidget *parent, const QString &name, const QString &table, con
     auto *f = new QLineEdit(parent);
     f->setObjectName(name);
     if (const Structure::Column *c = Structure::findColumn(table, column); c && c->type == Structure::ColumnType::Text)
-        f->setMaxLength(c->width);
+        FieldCheck::setLimit(f, c->width);
     FieldCheck::installKeyFilter(f, mode);
     if (!kind.isEmpty())
         FieldCheck::setKind(f, kind);

@@ -109,17 +109,18 @@ void frmZbiorowka::accountChosen()
     refill();
 }
 
-void frmZbiorowka::dateLeft()
+bool frmZbiorowka::dateLeft()
 {
     // A wrong date is told and the list stays as it was.
     if (!FieldCheck::SprawdzPole(m_data))
-        return;
+        return false;
     const auto day = DateText::parse(m_data->text());
     if (!day)
-        return;
+        return false;
     m_data->setText(DateText::format(*day));
     if (*day != m_shownDay)
         refill();
+    return true;
 }
 
 void frmZbiorowka::refill()
@@ -194,6 +195,9 @@ void frmZbiorowka::updateTotal()
 
 void frmZbiorowka::print()
 {
+    // The statement is of the day the window shows, taken as leaving the field takes it.
+    if (FieldCheck::SprawdzPuste({m_data}) || !dateLeft())
+        return;
     if (m_kwoty->count() == 0) {
         dialogs().beep();
         return;

@@ -28,7 +28,8 @@ private:
     void removeLine();
     void print();
     void accountChosen();
-    void dateLeft();
+    // Checks the date and, when it names another day, fills the list anew; false when wrong.
+    bool dateLeft();
     std::optional<Money> askAmount(const QString &prompt, const QString &value);
     void updateTotal();
 

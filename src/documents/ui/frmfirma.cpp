@@ -9,7 +9,6 @@
 #include "documents/FirmData.h"
 #include "WindowFields.h"
 #include "validation/ui/FieldCheck.h"
-#include "validation/Sprawdz.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -276,14 +275,9 @@ void frmfirma::bankChosen(int row)
 
 bool frmfirma::fieldWrong(QLineEdit *field)
 {
-    if (Sprawdz::check(FieldCheck::kind(field), field->text()).ok)
-        return false;
-    // A field on a page not in view is told about on its page.
-    for (int page = 0; page < m_tabs->count(); ++page)
-        if (m_tabs->widget(page)->isAncestorOf(field))
-            m_tabs->setCurrentIndex(page);
-    FieldCheck::SprawdzPole(field);
-    return true;
+    // A field on a page not in view is told about on its page; a correct one is kept as
+    // leaving it shows it.
+    return !FieldCheck::SprawdzPole(field);
 }
 
 bool frmfirma::keepShownAccount()

@@ -290,12 +290,7 @@ PaymentDocument frmprzelew::gather() const
     d.kontoFirmy = m_lblbankkonto->text();
     setRecipient(d, m_recipient->values());
     d.zaDokumentNazwa = m_zaDokument->text();
-    if (m_kind == DocumentKinds::PrzelewZus)
-        d.wartosc = amountIn(m_wartoscZus);
-    else if (m_kind == DocumentKinds::PrzelewPodatki)
-        d.wartosc = amountIn(m_wartoscPod);
-    else
-        d.wartosc = amountIn(m_wartosc);
+    d.wartosc = amountIn(amountField());
     d.dataDokumentu = DateText::parse(m_data->text()).value_or(QDate());
     d.zus.nrRachunku = position(m_nrZus);
     d.zus.typWplaty = position(m_typWpl);
@@ -323,9 +318,10 @@ bool frmprzelew::save()
 {
     if (m_mode == EntryRules::Viewing || refuseWhenReadOnly())
         return false;
-    if (FieldCheck::SprawdzPola(this) || accountMissing())
-        return false;
+    // The bank file is opened before anything of the document is looked at.
     if (!Elixir::issueStep(Db(), firmFile(), appState().eliksir))
+        return false;
+    if (FieldCheck::SprawdzPola(this) || accountMissing())
         return false;
     QList<QWidget *> required;
     for (const QString &name : EntryRules::requiredFields(m_kind))
@@ -334,6 +330,21 @@ bool frmprzelew::save()
         return false;
 
     PaymentDocument doc = gather();
+    if (doc.wartosc <= Money()) {
+        QLineEdit *amount = amountField();
+        amount->setFocus(Qt::OtherFocusReason);
+        amount->selectAll();
+        dialogs().exclamation(QStringLiteral("Kwota musi być większa od zera."), Msg(53));
+        return false;
+    }
+    // A correction charges only the account now chosen, with the change of the amount:
+    // the account the document was paid from keeps its charge.
+    if (m_mode == EntryRules::Correction && m_storedAccount > 0 && doc.banknr != m_storedAccount)
+        dialogs().exclamation(QStringLiteral("Dokument przechodzi z konta %1 na konto %2. Stan konta %1 nie zostanie "
+                                             "przywrócony (kwota dokumentu nie wróci na to konto), a konto %2 zostanie "
+                                             "obciążone tylko różnicą kwot.")
+                                  .arg(m_storedBankName, doc.bankFirmy),
+                              Msg(53));
     QString error;
     const bool stored = m_mode == EntryRules::New ? DocumentStore::insert(Db(), doc, &error).has_value()
                                                   : DocumentStore::update(Db(), doc, &error);
@@ -342,8 +353,19 @@ bool frmprzelew::save()
         return false;
     }
     m_id = doc.id;
+    m_storedAccount = doc.banknr;
+    m_storedBankName = doc.bankFirmy;
     Q_EMIT saved(m_id);
     return true;
+}
+
+QLineEdit *frmprzelew::amountField() const
+{
+    if (m_kind == DocumentKinds::PrzelewZus)
+        return m_wartoscZus;
+    if (m_kind == DocumentKinds::PrzelewPodatki)
+        return m_wartoscPod;
+    return m_wartosc;
 }
 
 void frmprzelew::issue()
@@ -391,6 +413,8 @@ void frmprzelew::load()
         ErrorReport(error);
         return;
     }
+    m_storedAccount = doc->banknr;
+    m_storedBankName = doc->bankFirmy;
     showDocument(*doc);
 }
 

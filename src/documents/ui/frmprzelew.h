@@ -64,10 +64,15 @@ private:
     void load();
     void setViewing();
     bool accountMissing();
+    // The amount field of the window's kind.
+    QLineEdit *amountField() const;
 
     qint16 m_mode;
     qint16 m_kind;
     qint32 m_id;
+    // The account the stored document is paid from (modes 1 and 2).
+    qint16 m_storedAccount = 0;
+    QString m_storedBankName;
 
     QComboBox *m_lstbank = nullptr;
     QLabel *m_lblbankkonto = nullptr;

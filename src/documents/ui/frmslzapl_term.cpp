@@ -25,6 +25,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 const QString Table = QStringLiteral("CYKLICZNE");
@@ -57,8 +59,9 @@ frmslzapl_term::frmslzapl_term(QWidget *parent) : QWidget(parent)
         m_months << box;
         monthsGrid->addWidget(box, m / 4, m % 4);
     }
-    m_dzien = field(payment, QStringLiteral("txtdzien"), Table, QStringLiteral("DZIEN_PLATNOSCI"), 1, QStringLiteral("int"));
-    m_alarm = field(payment, QStringLiteral("txtalarm"), Table, QStringLiteral("DZIEN_ALARMU"), 1, QStringLiteral("int"));
+    // Days are whole numbers: only digits get through.
+    m_dzien = field(payment, QStringLiteral("txtdzien"), Table, QStringLiteral("DZIEN_PLATNOSCI"), 4, QStringLiteral("int"));
+    m_alarm = field(payment, QStringLiteral("txtalarm"), Table, QStringLiteral("DZIEN_ALARMU"), 4, QStringLiteral("int"));
     for (QLineEdit *day : {m_dzien, m_alarm}) {
         day->setMaxLength(2);
         day->installEventFilter(this);
@@ -83,6 +86,7 @@ frmslzapl_term::frmslzapl_term(QWidget *parent) : QWidget(parent)
     m_zaDokument = field(recipient, QStringLiteral("txtzadokument"), Table, QStringLiteral("ZA_DOKUMENT_NAZWA"), 5);
     m_wartosc = field(recipient, QStringLiteral("txtwartosc"), Table, QStringLiteral("WARTOSC"), 0, QStringLiteral("cur"));
     WindowFields::checkOnLeave(m_wartosc);
+    FieldCheck::normaliseAmountOnLeave(m_wartosc);
     m_szukaj = WindowFields::button(recipient, QStringLiteral("cmdSzukaj"), QStringLiteral("&Szukaj"));
     auto *recipientForm = new QFormLayout(recipient);
     m_recipient->addRows(recipientForm);
@@ -283,11 +287,29 @@ bool frmslzapl_term::dayLeft(QLineEdit *day)
     // The boxes below take the focus from the field once more; that leave is not checked.
     m_checkingDay = true;
     bool ok = FieldCheck::SprawdzPole(day);
-    if (ok && day->text().trimmed().toInt() > ScheduledPayments::MaxDay) {
-        dialogs().beep();
-        dialogs().exclamation(QStringLiteral("Miesiąc ma tylko 31 dni"), Msg(53));
-        day->setFocus();
-        ok = false;
+    const QString text = day->text().trimmed();
+    if (ok && !text.isEmpty()) {
+        // "5." or "-5" passes as a whole number, but is no day of a month.
+        const bool digits = std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit() && c.unicode() < 128; });
+        const int number = digits ? text.toInt() : 0;
+        QString message;
+        QString title;
+        if (!digits) {
+            message = QLatin1Char('\'') + text + Msg(106);
+        } else if (number < 1) {
+            message = QLatin1Char('\'') + text + Msg(104);
+        } else if (number > ScheduledPayments::MaxDay) {
+            dialogs().beep();
+            message = QStringLiteral("Miesiąc ma tylko 31 dni");
+            title = Msg(53);
+        }
+        if (!message.isEmpty()) {
+            FieldCheck::showPageOf(day);
+            day->setFocus();
+            day->selectAll();
+            dialogs().exclamation(message, title);
+            ok = false;
+        }
     }
     m_checkingDay = false;
     return ok;
@@ -299,6 +321,10 @@ void frmslzapl_term::save()
         dialogs().beep();
         return;
     }
+    // The days come first in the window's order, ahead of the recipient's page.
+    for (QLineEdit *day : {m_dzien, m_alarm})
+        if (!dayLeft(day))
+            return;
     if (FieldCheck::SprawdzPola(this))
         return;
     if (m_nazwaZaplaty->text().trimmed().isEmpty() || m_dzien->text().trimmed().isEmpty() ||
@@ -306,11 +332,6 @@ void frmslzapl_term::save()
         dialogs().exclamation(QStringLiteral("Wypełnij pola nazwa, dzień alarmu i płatności"), Msg(50));
         return;
     }
-    for (QLineEdit *day : {m_dzien, m_alarm})
-        if (!dayLeft(day)) {
-            m_tabs->setCurrentIndex(0);
-            return;
-        }
     const ScheduledPayment p = gather();
     QString error;
     const auto result = m_editedName.isEmpty() ? ScheduledPayments::insert(Db(), p, &error)

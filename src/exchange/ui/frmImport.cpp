@@ -5,6 +5,7 @@
 #include "Messages.h"
 #include "base/ui/WindowUtil.h"
 #include "exchange/ExportFile.h"
+#include "validation/ui/FieldCheck.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -127,10 +128,17 @@ bool frmImport::TakeOverBlock(int index)
     QWidget *entry = m_entryWindow ? m_entryWindow() : nullptr;
     if (!entry)
         return false;
+    // Values go in whole: one longer than its field is shown so and refused on saving.
     const QStringList &names = ExportFile::fieldNames();
+    QStringList tooLong;
     for (qsizetype i = 0; i < names.size(); ++i)
-        if (auto *field = entry->findChild<QLineEdit *>(names.at(i)))
-            field->setText(values->at(i));
+        if (auto *field = entry->findChild<QLineEdit *>(names.at(i)); field && FieldCheck::putWhole(field, values->at(i)))
+            tooLong << FieldCheck::tooLongMessage(field);
+    if (!tooLong.isEmpty())
+        dialogs().exclamation(QStringLiteral("Nie wszystko z pliku mieści się w polach dokumentu; skróć te teksty przed "
+                                             "wystawieniem:\n") +
+                                  tooLong.join(QLatin1Char('\n')),
+                              Msg(53));
     return true;
 }
 
