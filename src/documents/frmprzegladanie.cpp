@@ -100,9 +100,10 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     m_lstbank = new QComboBox(this);
     m_lstbank->setObjectName(QStringLiteral("lstbank"));
     m_lstbank->addItem(AllAccounts, 0);
-    for (int n = 1; n <= Accounts::Count; ++n)
-        if (!Accounts::list()[n - 1].bankName.isEmpty())
-            m_lstbank->addItem(Accounts::list()[n - 1].bankName, n);
+    WindowFields::accountList(m_lstbank, 1, [this] {
+        accountChosen(m_lstbank->currentIndex());
+        refresh();
+    });
     m_lblbankkonto = new QLabel(this);
     m_lblbankkonto->setObjectName(QStringLiteral("lblbankkonto"));
 
@@ -133,13 +134,13 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     periodBox->setLayout(period);
 
     auto *rest = new QGridLayout;
-    rest->addWidget(new QLabel(QStringLiteral("Rodzaj dokumentów:"), this), 0, 0);
+    rest->addWidget(WindowFields::label(this, QStringLiteral("Rodzaj dokumentów:"), m_lstrodzaj), 0, 0);
     rest->addWidget(m_lstrodzaj, 0, 1, 1, 3);
     rest->addWidget(new QLabel(QStringLiteral("Kontrahent:"), this), 1, 0);
     rest->addWidget(m_lblkontrahent, 1, 1);
     rest->addWidget(szukaj, 1, 2);
     rest->addWidget(wszyscy, 1, 3);
-    rest->addWidget(new QLabel(QStringLiteral("Bank/konto:"), this), 2, 0);
+    rest->addWidget(WindowFields::label(this, QStringLiteral("Bank/konto:"), m_lstbank), 2, 0);
     rest->addWidget(m_lstbank, 2, 1, 1, 3);
     rest->addWidget(m_lblbankkonto, 3, 1, 1, 3);
 

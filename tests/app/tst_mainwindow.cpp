@@ -20,6 +20,8 @@
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <QToolBar>
 
@@ -206,7 +208,12 @@ void TestMainWindow::firmAndNoFirmStates()
     QTest::keyClick(system, Qt::Key_Down);
     QTest::keyClick(system, Qt::Key_Down);
     QTest::keyClick(system, Qt::Key_Return);
-    QVERIFY(m_window->childWindow(QStringLiteral("frmfirma")));
+    QWidget *firm = m_window->childWindow(QStringLiteral("frmfirma"));
+    QVERIFY(firm);
+    // Its last page, the accounts 11-40, has its tab in sight.
+    const QTabBar *tabs = firm->findChild<QTabWidget *>(QStringLiteral("zakladki"))->tabBar();
+    QVERIFY(tabs->tabRect(tabs->count() - 1).right() < tabs->width());
+    QVERIFY(firm->parentWidget()->geometry().right() <= m_window->mdiArea()->viewport()->width());
 }
 
 void TestMainWindow::newFirmFromMenu()
