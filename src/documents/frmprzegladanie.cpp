@@ -27,7 +27,8 @@
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
+#include <QHeaderView>
+#include <QTreeView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -108,11 +109,16 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     m_lblbankkonto->setObjectName(QStringLiteral("lblbankkonto"));
 
     m_model = new Browse::Model(this);
-    m_lstwynik = new QListView(this);
+    m_lstwynik = new QTreeView(this);
     m_lstwynik->setObjectName(QStringLiteral("lstwynik"));
-    m_lstwynik->setUniformItemSizes(true); // keeps a long list from measuring every line
+    m_lstwynik->setRootIsDecorated(false);
+    m_lstwynik->setUniformRowHeights(true); // keeps a long list from measuring every line
     m_lstwynik->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_lstwynik->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_lstwynik->setModel(m_model);
+    // Every column as wide as its text: nothing is cut, the list scrolls sideways instead.
+    m_lstwynik->header()->setStretchLastSection(false);
+    m_lstwynik->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
 
     auto *pokaz = button(this, QStringLiteral("cmdpokaz"), QStringLiteral("P&okaż"));
     auto *zmien = button(this, QStringLiteral("cmdzmien"), Msg(7));
@@ -184,7 +190,7 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     });
     connect(szukaj, &QPushButton::clicked, this, &frmprzegladanie::chooseContractor);
     connect(wszyscy, &QPushButton::clicked, this, &frmprzegladanie::allContractors);
-    connect(m_lstwynik, &QListView::doubleClicked, this, [this] { open(EntryRules::Viewing); });
+    connect(m_lstwynik, &QTreeView::doubleClicked, this, [this] { open(EntryRules::Viewing); });
     connect(pokaz, &QPushButton::clicked, this, [this] { open(EntryRules::Viewing); });
     connect(zmien, &QPushButton::clicked, this, [this] { open(EntryRules::Correction); });
     connect(usun, &QPushButton::clicked, this, &frmprzegladanie::remove);
