@@ -23,15 +23,6 @@ const QList<QPair<QString, QStringList>> &areaCommands()
     return map;
 }
 
-const char *BuiltEnabled = "zlecankiBuiltEnabled";
-
-void setAllowed(QAction *a, bool allowed)
-{
-    if (!a->property(BuiltEnabled).isValid())
-        a->setProperty(BuiltEnabled, a->isEnabled());
-    a->setEnabled(allowed && a->property(BuiltEnabled).toBool());
-}
-
 void apply(frmglowna &main)
 {
     const UserSession &session = UserSession::instance();
@@ -41,14 +32,14 @@ void apply(frmglowna &main)
             QAction *a = main.command(name);
             if (!a)
                 continue;
-            setAllowed(a, allowed);
+            main.setCommandAllowed(a, allowed);
             // The commands inside a menu too, so that neither a shortcut nor the toolbar opens them.
             if (QMenu *menu = a->menu())
                 for (QAction *inside : menu->actions())
-                    if (!inside->isSeparator())
-                        setAllowed(inside, allowed);
+                    main.setCommandAllowed(inside, allowed);
         }
     }
+    main.updateCommands();
 }
 
 } // namespace

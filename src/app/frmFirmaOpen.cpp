@@ -47,9 +47,11 @@ frmFirmaOpen::frmFirmaOpen(QWidget *parent) : QWidget(parent)
     setObjectName(QStringLiteral("frmFirmaOpen"));
     setWindowTitle(QStringLiteral("Otwórz firmę"));
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(QStringLiteral("Firmy:"), this));
+    auto *caption = new QLabel(QStringLiteral("Firmy:"), this);
+    layout->addWidget(caption);
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("lstfirmy"));
+    caption->setBuddy(m_list);
     layout->addWidget(m_list);
 
     auto *buttons = new QHBoxLayout;

@@ -151,8 +151,8 @@ QAction *frmglowna::addCommand(QMenu *menu, const QString &name, const QString &
     a->setObjectName(name);
     if (handler)
         connect(a, &QAction::triggered, this, [handler] { handler(); });
-    else
-        a->setEnabled(false); // its window is not part of this version yet
+    // A command with no handler has its window not yet part of this version.
+    m_commandStates.insert(a, CommandState{bool(handler)});
     if (menu)
         menu->addAction(a);
     return a;
@@ -167,7 +167,7 @@ void frmglowna::buildMenus()
 {
     QMenuBar *bar = menuBar();
 
-    QMenu *system = bar->addMenu(QStringLiteral("System"));
+    QMenu *system = bar->addMenu(QStringLiteral("&System"));
     system->setObjectName(QStringLiteral("mnusystembar"));
     system->menuAction()->setObjectName(QStringLiteral("mnusystembar"));
     addCommand(system, QStringLiteral("mnufirmabiz"), QStringLiteral("Nowa firma"), [this] { newFirm(); });
@@ -195,7 +195,7 @@ void frmglowna::buildMenus()
     QAction *quit = addCommand(system, QStringLiteral("mnukoniec"), QStringLiteral("Koniec"), [this] { close(); });
     quit->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F4));
 
-    QMenu *docs = bar->addMenu(QStringLiteral("Dokumenty"));
+    QMenu *docs = bar->addMenu(QStringLiteral("&Dokumenty"));
     docs->setObjectName(QStringLiteral("mnudokumentybar"));
     docs->menuAction()->setObjectName(QStringLiteral("mnudokumentybar"));
     const char *kinds[] = {"Zlecanki Bankowe", "Bankowy dowód wpłaty", "Przekaz pocztowy na konto",
@@ -231,7 +231,7 @@ void frmglowna::buildMenus()
                [this] { showChild(new frmprzegladanie); });
     m_firmActions << docs->menuAction();
 
-    QMenu *reports = bar->addMenu(QStringLiteral("Raporty"));
+    QMenu *reports = bar->addMenu(QStringLiteral("&Raporty"));
     reports->setObjectName(QStringLiteral("mnuraportybar"));
     reports->menuAction()->setObjectName(QStringLiteral("mnuraportybar"));
     const char *lists[] = {"Lista Przelewów bankowych", "Lista Bankowych dowodów wpłat", "Lista Przekazów na konto",
@@ -244,18 +244,18 @@ void frmglowna::buildMenus()
         });
     m_firmActions << reports->menuAction();
 
-    QMenu *dicts = bar->addMenu(QStringLiteral("Słowniki"));
+    QMenu *dicts = bar->addMenu(QStringLiteral("Słow&niki"));
     dicts->setObjectName(QStringLiteral("mnuslownikibar"));
     dicts->menuAction()->setObjectName(QStringLiteral("mnuslownikibar"));
     addCommand(dicts, QStringLiteral("mnukontrahenci"), QStringLiteral("Kontrahenci"), [this] { showChild(new frmKontrahenci); });
     addCommand(dicts, QStringLiteral("mnuzaplat"), QStringLiteral("Zapłaty terminowe"), [this] { showChild(new frmslzapl_term); });
     m_firmActions << dicts->menuAction();
 
-    QAction *settings = addCommand(nullptr, QStringLiteral("mnuustawbar"), QStringLiteral("Ustawienia"), [this] { showChild(new frmUstawienia); });
+    QAction *settings = addCommand(nullptr, QStringLiteral("mnuustawbar"), QStringLiteral("&Ustawienia"), [this] { showChild(new frmUstawienia); });
     bar->addAction(settings);
     m_firmActions << settings;
 
-    m_windowsMenu = bar->addMenu(QStringLiteral("Okna"));
+    m_windowsMenu = bar->addMenu(QStringLiteral("&Okna"));
     m_windowsMenu->setObjectName(QStringLiteral("mnuoknabar"));
     m_windowsMenu->menuAction()->setObjectName(QStringLiteral("mnuoknabar"));
     QAction *toolbar = addCommand(m_windowsMenu, QStringLiteral("mnutoolbar"), QStringLiteral("Toolbar"), [] {});
@@ -279,7 +279,7 @@ void frmglowna::buildMenus()
     m_windowListSeparator->setVisible(false);
     connect(m_windowsMenu, &QMenu::aboutToShow, this, &frmglowna::updateWindowList);
 
-    QMenu *help = bar->addMenu(QStringLiteral("Pomoc"));
+    QMenu *help = bar->addMenu(QStringLiteral("&Pomoc"));
     help->setObjectName(QStringLiteral("mnupomocbar"));
     help->menuAction()->setObjectName(QStringLiteral("mnupomocbar"));
     QAction *contents = addCommand(help, QStringLiteral("mnuspis"), QStringLiteral("Spis treści"),
@@ -289,6 +289,18 @@ void frmglowna::buildMenus()
     addCommand(help, QStringLiteral("mnuhotline"), QStringLiteral("Gorąca linia"), [this] { showChild(new frmhotline); });
     addSeparator(help, QStringLiteral("mnusep11"));
     addCommand(help, QStringLiteral("mnuo"), QStringLiteral("Info"), [this] { showChild(new frmo); });
+
+    // A menu's own command is built like the others; the commands inside a firm's menu
+    // need the firm as much as the menu does (a shortcut or the toolbar reaches them too).
+    for (QAction *a : bar->actions())
+        m_commandStates.insert(a, m_commandStates.value(a));
+    for (QAction *a : std::as_const(m_firmActions)) {
+        m_commandStates[a].needsFirm = true;
+        if (QMenu *menu = a->menu())
+            for (QAction *inside : menu->actions())
+                if (m_commandStates.contains(inside))
+                    m_commandStates[inside].needsFirm = true;
+    }
 }
 
 void frmglowna::buildToolbar()
@@ -323,10 +335,8 @@ void frmglowna::buildToolbar()
             // A command that stands in the menu bar itself keeps its caption there without an
             // icon: the toolbar gets a twin that follows it.
             QAction *twin = new QAction(this);
-            auto follow = [a, twin] {
-                twin->setEnabled(a->isEnabled());
-                twin->setVisible(a->isVisible());
-            };
+            // It stays in its place on the toolbar, disabled while its command is.
+            auto follow = [a, twin] { twin->setEnabled(a->isEnabled()); };
             connect(a, &QAction::changed, twin, follow);
             connect(twin, &QAction::triggered, a, &QAction::trigger);
             follow();
@@ -384,17 +394,32 @@ void frmglowna::updateClock()
     m_dateLabel->setText(isFirmOpen() ? QStringLiteral("Dziś: ") + DateText::format(appState().today) : QString());
 }
 
-void frmglowna::setFirmMenusVisible(bool visible)
+void frmglowna::setCommandAllowed(QAction *command, bool allowed)
 {
-    for (QAction *a : std::as_const(m_firmActions))
-        a->setVisible(visible);
+    const auto it = m_commandStates.find(command);
+    if (it != m_commandStates.end())
+        it->allowed = allowed;
+}
+
+void frmglowna::updateCommands()
+{
+    // Qt reports a hidden action as disabled, so the enabled state is always set from the
+    // facts, never read back from an action.
+    const bool open = isFirmOpen();
+    for (auto it = m_commandStates.cbegin(); it != m_commandStates.cend(); ++it) {
+        QAction *a = it.key();
+        const CommandState &state = it.value();
+        if (m_firmActions.contains(a))
+            a->setVisible(open);
+        a->setEnabled(state.built && state.allowed && (!state.needsFirm || open));
+    }
 }
 
 void frmglowna::UkryjMenu()
 {
     m_firmLabel->setText(QStringLiteral("Nie została otworzona żadna firma"));
     setWindowTitle(Title);
-    setFirmMenusVisible(false);
+    updateCommands();
     command(QStringLiteral("mnutoolbar"))->setChecked(SettingsStore::loadBool(QStringLiteral("toolbar"), true));
     command(QStringLiteral("mnustatus"))->setChecked(SettingsStore::loadBool(QStringLiteral("status"), true));
     m_toolbar->setVisible(command(QStringLiteral("mnutoolbar"))->isChecked());
@@ -408,7 +433,7 @@ void frmglowna::LoadFirma()
     setWindowTitle(Title + QStringLiteral(" - [") + name + QLatin1Char(']') +
                    (firmReadOnly() ? QStringLiteral(" (tylko do odczytu)") : QString()));
     m_firmLabel->setText(name);
-    setFirmMenusVisible(true);
+    updateCommands();
     updateClock();
 }
 

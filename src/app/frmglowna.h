@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/ui/WindowHost.h"
-
+#include <QHash>
 #include <QMainWindow>
 
 #include <functional>
@@ -26,6 +26,11 @@ public:
     QMdiArea *mdiArea() const { return m_mdi; }
     // A menu command by its name ("mnuopen", "mnuzlecanki_0").
     QAction *command(const QString &name) const;
+    // The logged-in user's right to a command (all commands are allowed until told otherwise).
+    void setCommandAllowed(QAction *command, bool allowed);
+    // Enables and shows each command from three separate facts: it is part of this version,
+    // the user has the right to it, and the firm it needs is open.
+    void updateCommands();
 
     // Shows a child window in the work area. A window of the same name already open is
     // brought forward instead and `window` is deleted. Returns the window shown.
@@ -62,7 +67,6 @@ private:
     QAction *addCommand(QMenu *menu, const QString &name, const QString &caption,
                         std::function<void()> handler = {});
     void addSeparator(QMenu *menu, const QString &name);
-    void setFirmMenusVisible(bool visible);
     void updateClock();
     void updateWindowList();
     void newFirm();
@@ -81,5 +85,12 @@ private:
     QAction *m_windowListSeparator = nullptr;
     QList<QAction *> m_windowListActions;
     frmglowna_img *m_picture = nullptr;
+    // The menus and commands that need an open firm; hidden without one.
     QList<QAction *> m_firmActions;
+    struct CommandState {
+        bool built = true;
+        bool allowed = true;
+        bool needsFirm = false;
+    };
+    QHash<QAction *, CommandState> m_commandStates;
 };

@@ -47,6 +47,20 @@ void containsIgnoringCase(sqlite3_context *context, int argc, sqlite3_value **ar
     sqlite3_result_int(context, text.contains(part) ? 1 : 0);
 }
 
+// jednakowe(text, other): 1 when both are the same text apart from letter case (Polish
+// letters included) and blanks at their ends, the way names of contractors are matched.
+// Null gives 0.
+void sameIgnoringCase(sqlite3_context *context, int argc, sqlite3_value **argv)
+{
+    if (argc != 2 || sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) {
+        sqlite3_result_int(context, 0);
+        return;
+    }
+    const QString text = textOf(argv[0]).trimmed().toCaseFolded();
+    const QString other = textOf(argv[1]).trimmed().toCaseFolded();
+    sqlite3_result_int(context, text == other ? 1 : 0);
+}
+
 // The collation "polski": names in the order of the Polish alphabet ("Łódź" after "Lublin",
 // not after "Zabrze" as byte order would have it).
 int comparePolish(void *, int leftLength, const void *left, int rightLength, const void *right)
@@ -68,6 +82,8 @@ void registerFunctions(const QSqlDatabase &db)
         return;
     sqlite3_create_function_v2(sqlite, "zawiera", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                                containsIgnoringCase, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(sqlite, "jednakowe", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                               sameIgnoringCase, nullptr, nullptr, nullptr);
     sqlite3_create_collation_v2(sqlite, "polski", SQLITE_UTF8, nullptr, comparePolish, nullptr);
 }
 

@@ -1,6 +1,7 @@
 #include "Accounts.h"
 
 #include "db/Transaction.h"
+#include "Firm.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -55,7 +56,9 @@ QString balanceColumn(int n)
     return column("STAN_KONTA", n);
 }
 
-void load(const QSqlDatabase &db)
+namespace {
+
+void read(const QSqlDatabase &db)
 {
     List &accounts = loaded();
     accounts.fill(BankAccount{});
@@ -73,6 +76,14 @@ void load(const QSqlDatabase &db)
         accounts[n - 1] = BankAccount{q.value(name).toString(), q.value(number).toString(),
                                       Money::fromUnits(q.value(balance).toLongLong())};
     }
+}
+
+} // namespace
+
+void load(const QSqlDatabase &db)
+{
+    read(db);
+    Q_EMIT FirmEvents::instance().accountsChanged();
 }
 
 const List &list()

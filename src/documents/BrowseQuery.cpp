@@ -12,7 +12,7 @@ namespace Browse {
 
 namespace {
 
-enum Column { IdColumn, KindColumn, DateColumn, AmountColumn };
+enum Column { IdColumn, KindColumn, DateColumn, AmountColumn, RecipientColumn, TitleColumn };
 
 QString isoDay(int year, int month, int day)
 {
@@ -27,7 +27,7 @@ QString isoDay(int year, int month, int day)
 Query build(const Filter &filter)
 {
     Query q;
-    q.sql = QStringLiteral("SELECT id,rodzaj,data_dokumentu,wartosc FROM zlecanki WHERE ");
+    q.sql = QStringLiteral("SELECT id,rodzaj,data_dokumentu,wartosc,klient_nazwa,za_dokument_nazwa FROM zlecanki WHERE ");
     // Dates are stored as ISO text, so a year and a run of days are ranges of text that
     // the date index answers; the month of every year can only be read out of each date.
     switch (filter.period) {
@@ -59,12 +59,6 @@ Query build(const Filter &filter)
     return q;
 }
 
-QString line(qint16 kind, const QDate &date, Money amount)
-{
-    return DateText::format(date) + QLatin1Char(' ') + DocumentKinds::name(kind) + QStringLiteral(" - ") +
-           Kwota(amount);
-}
-
 bool Model::refresh(const QSqlDatabase &db, const Filter &filter, QString *error)
 {
     const Query built = build(filter);
@@ -88,36 +82,75 @@ bool Model::refresh(const QSqlDatabase &db, const Filter &filter, QString *error
     return true;
 }
 
+int Model::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ShownColumns;
+}
+
+QVariant Model::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    static const char *const titles[ShownColumns] = {"Data", "Rodzaj", "Kontrahent", "Tytułem", "Kwota"};
+    if (orientation != Qt::Horizontal || section < 0 || section >= ShownColumns)
+        return {};
+    if (role == Qt::DisplayRole)
+        return QString::fromUtf8(titles[section]);
+    if (role == Qt::TextAlignmentRole && section == AmountShown)
+        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    return {};
+}
+
 QVariant Model::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
         return {};
-    // The first column is the list's line; the others stay the raw row, for any reader.
+    const int row = index.row();
     switch (role) {
-    case Qt::DisplayRole: {
-        if (index.column() != IdColumn)
-            return QSqlQueryModel::data(index, role);
-        const auto date = DateText::fromIso(QSqlQueryModel::data(this->index(index.row(), DateColumn)).toString());
-        const qint64 units = QSqlQueryModel::data(this->index(index.row(), AmountColumn)).toLongLong();
-        return line(kindAt(index.row()), date.value_or(QDate()), Money::fromUnits(units));
-    }
+    case Qt::DisplayRole:
+        switch (index.column()) {
+        case 0:
+            return DateText::format(DateText::fromIso(raw(row, DateColumn).toString()).value_or(QDate()));
+        case 1:
+            return DocumentKinds::name(kindAt(row));
+        case 2:
+            return raw(row, RecipientColumn).toString();
+        case 3:
+            return raw(row, TitleColumn).toString();
+        case AmountShown:
+            return Kwota(Money::fromUnits(raw(row, AmountColumn).toLongLong()));
+        default:
+            return {};
+        }
+    case Qt::EditRole: // the row as selected, for record() and any reader of the raw values
+        return raw(row, index.column());
+    case Qt::TextAlignmentRole:
+        if (index.column() == AmountShown)
+            return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+        return {};
+    case Qt::ToolTipRole:
+        // The whole text of a column the user made narrow.
+        return data(index, Qt::DisplayRole);
     case IdRole:
         return idAt(index.row());
     case KindRole:
         return kindAt(index.row());
     default:
-        return QSqlQueryModel::data(index, role);
+        return {};
     }
+}
+
+QVariant Model::raw(int row, int column) const
+{
+    return QSqlQueryModel::data(createIndex(row, column));
 }
 
 qint32 Model::idAt(int row) const
 {
-    return QSqlQueryModel::data(index(row, IdColumn)).toInt();
+    return raw(row, IdColumn).toInt();
 }
 
 qint16 Model::kindAt(int row) const
 {
-    return qint16(QSqlQueryModel::data(index(row, KindColumn)).toInt());
+    return qint16(raw(row, KindColumn).toInt());
 }
 
 } // namespace Browse

@@ -34,26 +34,33 @@ struct Query {
     QVariantList values; // bound to the placeholders in order
 };
 
-// The SELECT of the list's columns (id, rodzaj, data_dokumentu, wartosc) under `filter`.
+// The SELECT of the list's columns (id, rodzaj, data_dokumentu, wartosc, klient_nazwa,
+// za_dokument_nazwa) under `filter`.
 // Every value travels as a bound parameter.
 Query build(const Filter &filter);
 
-// One line of the list: the date, the kind's name and "- " with the amount.
-QString line(qint16 kind, const QDate &date, Money amount);
-
-// The documents found by a filter, one line each. Rows are fetched as the view scrolls to
-// them, so a filter that finds a hundred thousand documents shows at once.
+// The documents found by a filter, one row each, in the columns date, kind, recipient,
+// title and amount. Rows are fetched as the view scrolls to them, so a filter that finds a
+// hundred thousand documents shows at once.
 class Model : public QSqlQueryModel {
     Q_OBJECT
 public:
     enum Role { IdRole = Qt::UserRole, KindRole };
+    static constexpr int ShownColumns = 5;
+    static constexpr int AmountShown = 4;
     using QSqlQueryModel::QSqlQueryModel;
 
     // Runs the filter on `db`; false with the database's message in `error`.
     bool refresh(const QSqlDatabase &db, const Filter &filter, QString *error = nullptr);
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     qint32 idAt(int row) const;
     qint16 kindAt(int row) const;
+
+private:
+    // A value of the row as selected, by its place in the SELECT.
+    QVariant raw(int row, int column) const;
 };
 
 } // namespace Browse

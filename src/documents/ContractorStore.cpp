@@ -162,7 +162,8 @@ std::optional<qint32> idForName(QSqlDatabase &db, const Contractor &recipient, b
     if (added)
         *added = false;
     QSqlQuery q(db);
-    q.prepare(QStringLiteral("SELECT ID FROM kontrahenci WHERE NAZWA = ? ORDER BY ID LIMIT 1"));
+    // "HURTOWNIA GĘŚLA " is the contractor "Hurtownia Gęśla" already in the dictionary.
+    q.prepare(QStringLiteral("SELECT ID FROM kontrahenci WHERE jednakowe(NAZWA, ?) ORDER BY ID LIMIT 1"));
     q.addBindValue(value(recipient.nazwa));
     if (!q.exec())
         return failed<qint32>(q, error);

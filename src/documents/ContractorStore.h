@@ -42,7 +42,7 @@ bool remove(QSqlDatabase db, qint32 id, QString *error = nullptr);
 std::optional<QList<qint32>> search(const QSqlDatabase &db, SearchBy by, const QString &text,
                                     QString *error = nullptr);
 
-// The Id of the contractor named exactly `recipient.nazwa`, adding `recipient` when
+// The Id of the contractor named `recipient.nazwa` (letter case and blanks at the ends aside), adding `recipient` when
 // there is none. For a save that holds its own transaction: `added` tells whether a
 // row was added, so the caller can announce it after committing.
 std::optional<qint32> idForName(QSqlDatabase &db, const Contractor &recipient, bool *added, QString *error);

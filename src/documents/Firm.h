@@ -23,6 +23,9 @@ Q_SIGNALS:
     // The due check at opening found scheduled payments whose alarm day has come; the
     // main window answers with the alarm window once the opening is over.
     void paymentsDue();
+    // The firm's accounts were read again (firm data saved, a firm imported): every open
+    // list of accounts follows.
+    void accountsChanged();
 };
 
 // Shows a loading step: text and percentage (a negative percentage keeps the previous one).

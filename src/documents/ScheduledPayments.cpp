@@ -193,15 +193,23 @@ PaymentDocument issueDocument(const ScheduledPayment &p, const QDate &today, con
 {
     const qint16 kind = DocumentKinds::name(p.rodzaj).isEmpty() ? qint16(DocumentKinds::PrzelewBankowy) : p.rodzaj;
     PaymentDocument doc = PaymentDocument::newDocument(kind, today);
+    // The payment's own account: the entry with its bank and number, else with its bank.
+    // When the firm no longer has it, the account is left to be chosen (0).
     const QList<int> offered = EntryRules::offeredAccounts(accounts);
-    if (!offered.isEmpty())
-        doc.banknr = static_cast<qint16>(offered.first());
+    doc.banknr = 0;
     for (int n : offered) {
-        if (accounts[n - 1].bankName == p.bankFirmy) {
+        if (accounts[n - 1].bankName == p.bankFirmy && accounts[n - 1].number == p.kontoFirmy) {
             doc.banknr = static_cast<qint16>(n);
             break;
         }
     }
+    for (int n : offered) {
+        if (doc.banknr == 0 && accounts[n - 1].bankName == p.bankFirmy)
+            doc.banknr = static_cast<qint16>(n);
+    }
+    // A payment with no account of its own (none stored) pays from the first one.
+    if (doc.banknr == 0 && p.bankFirmy.isEmpty() && !offered.isEmpty())
+        doc.banknr = static_cast<qint16>(offered.first());
     doc.bankFirmy = p.bankFirmy;
     doc.kontoFirmy = p.kontoFirmy;
     // The NIP stays with the template: an issued document starts without it.

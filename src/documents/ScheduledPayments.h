@@ -74,8 +74,9 @@ QString alarmLine(const DuePayment &p);
 // which follows the day number, so names holding "-" themselves come back whole.
 QString nameFromAlarmLine(const QString &line);
 
-// A new document issued from `p` on `today`: kind, firm account (the first of `accounts`
-// with the template's bank name), recipient without the NIP, title and amount.
+// A new document issued from `p` on `today`: kind, firm account (the entry of `accounts`
+// with the template's bank and number, else the first with its bank; 0, to be chosen, when
+// the firm has no such account any more), recipient without the NIP, title and amount.
 PaymentDocument issueDocument(const ScheduledPayment &p, const QDate &today, const Accounts::List &accounts);
 
 } // namespace ScheduledPayments

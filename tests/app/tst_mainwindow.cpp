@@ -3,19 +3,25 @@
 #include "RecordingDialogs.h"
 #include "SettingsStore.h"
 #include "TestEnv.h"
+#include "users/Users.h"
 #include "db/FirmDatabase.h"
 #include "app/frmFirmaOpen.h"
 #include "app/frmglowna.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <QToolBar>
 
@@ -28,6 +34,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void firmAndNoFirmStates_data();
     void firmAndNoFirmStates();
     void newFirmFromMenu();
     void openFirmFromList();
@@ -41,6 +48,10 @@ private:
     QToolBar *toolbar() { return m_window->findChild<QToolBar *>(QStringLiteral("toolbar")); }
     // The menus a firm brings, and the ones always there: "1" visible, "0" hidden.
     QString visibleMenus();
+    // Opens every menu with its Alt mnemonic: the commands that did not open or are disabled.
+    QStringList unreachableCommands();
+    // The toolbar's buttons: "1" enabled, "0" disabled.
+    QString toolbarEnabled();
     std::unique_ptr<TestEnv> m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     std::unique_ptr<frmglowna> m_window;
@@ -64,12 +75,52 @@ QString TestMainWindow::visibleMenus()
            QLatin1Char(' ') + shown({"mnufirmabiz", "mnuopen", "mnukoniec", "mnuoknabar", "mnupomocbar"});
 }
 
+QStringList TestMainWindow::unreachableCommands()
+{
+    QStringList out;
+    QMenuBar *bar = m_window->menuBar();
+    for (QAction *top : bar->actions()) {
+        // Sent with its text: QTest knows no key code for a Polish letter such as "Ś".
+        const Qt::Key key = QKeySequence::mnemonic(top->text())[0].key();
+        const QString text = QString(QChar(char16_t(key))).toLower();
+        QTest::sendKeyEvent(QTest::Press, m_window.get(), key, text, Qt::AltModifier);
+        QTest::sendKeyEvent(QTest::Release, m_window.get(), key, text, Qt::AltModifier);
+        if (!top->menu()) { // "Ustawienia" stands in the bar and opens its window at once
+            if (!m_window->childWindow(QStringLiteral("frmUstawienia")))
+                out << top->objectName();
+            m_window->closeAllWindows();
+            continue;
+        }
+        QCoreApplication::processEvents();
+        auto *popup = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (popup != top->menu()) {
+            out << top->objectName();
+            continue;
+        }
+        for (QAction *a : popup->actions())
+            if (!a->isSeparator() && !a->isEnabled())
+                out << a->objectName();
+        QTest::keyClick(popup, Qt::Key_Escape);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    }
+    return out;
+}
+
+QString TestMainWindow::toolbarEnabled()
+{
+    QString out;
+    for (int i = 0; QWidget *button = toolbar()->findChild<QWidget *>(QStringLiteral("Command1_%1").arg(i)); ++i)
+        out += button->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+    return out;
+}
+
 void TestMainWindow::init()
 {
     m_env->clearSettings();
     m_dialogs = std::make_unique<RecordingDialogs>();
     m_window = std::make_unique<frmglowna>();
     m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     m_window->openStartFirm();
 }
 
@@ -82,25 +133,87 @@ void TestMainWindow::cleanup()
     CloseDb();
 }
 
+void TestMainWindow::firmAndNoFirmStates_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::newRow("firm of last time") << "last";
+    QTest::newRow("no firm, then one opened") << "none";
+    QTest::newRow("firm closed and opened again") << "reopen";
+    QTest::newRow("another user logs in") << "user";
+}
+
 void TestMainWindow::firmAndNoFirmStates()
 {
+    QFETCH(QString, start);
+    const QString noFirmToolbar = QStringLiteral("1000000011"); // "Firma", "Pomoc" and "Koniec" only
     // The first start opens the default firm.
     QVERIFY(isFirmOpen());
     QCOMPARE(firmFile(), standardFirmPath());
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Firma standardowa]"));
     QCOMPARE(status(), QStringLiteral("Firma standardowa"));
     QVERIFY(m_dialogs->calls.isEmpty());
-    QCOMPARE(visibleMenus(), QStringLiteral("1111111 11111"));
 
-    command(QStringLiteral("mnuclosedb"))->trigger();
-    QVERIFY(!isFirmOpen());
-    QCOMPARE(status(), QStringLiteral("Nie została otworzona żadna firma"));
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki"));
-    QCOMPARE(visibleMenus(), QStringLiteral("0000000 11111"));
-
-    // Opening a firm again brings the menus back.
-    QVERIFY(m_window->openFirm(standardFirmPath()));
+    if (start == QLatin1String("last")) {
+        m_window = std::make_unique<frmglowna>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        CloseDb();
+        m_window->openStartFirm();
+        QCOMPARE(firmFile(), standardFirmPath());
+    } else if (start == QLatin1String("none")) {
+        // The firm of last time is gone: the program starts with none and the user opens one.
+        SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), appState().bazyPath + QStringLiteral("brak.zlc"));
+        CloseDb();
+        m_window = std::make_unique<frmglowna>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        m_window->openStartFirm();
+        QVERIFY(!isFirmOpen());
+        QCOMPARE(toolbarEnabled(), noFirmToolbar);
+        QVERIFY(m_window->openFirm(standardFirmPath()));
+    } else if (start == QLatin1String("reopen")) {
+        command(QStringLiteral("mnuclosedb"))->trigger();
+        QVERIFY(!isFirmOpen());
+        QCOMPARE(status(), QStringLiteral("Nie została otworzona żadna firma"));
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki"));
+        QCOMPARE(visibleMenus(), QStringLiteral("0000000 11111"));
+        QCOMPARE(toolbarEnabled(), noFirmToolbar);
+        // Neither a toolbar button nor a shortcut opens a firm's window.
+        command(QStringLiteral("mnuzlecanki_0"))->trigger();
+        QVERIFY(m_window->mdiArea()->subWindowList().size() <= 1);
+        QVERIFY(m_window->openFirm(standardFirmPath()));
+    } else {
+        const QString hash = Users::hashPassword(QStringLiteral("abc"));
+        QVERIFY(Users::save({{QStringLiteral("Ewa"), hash, Users::areas()},
+                             {QStringLiteral("Jan"), hash, {QStringLiteral("Dokumenty")}}}));
+        QVERIFY(UserSession::instance().reload());
+        QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), QStringLiteral("abc")));
+        QCOMPARE(unreachableCommands(),
+                 QStringList({"mnufirmabiz", "mnufirmadane", "mnuImportWin", "mnuochrona", "mnuraportybar",
+                              "mnuslownikibar", "mnuustawbar"}));
+        QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), QStringLiteral("abc")));
+        const QStringList unreachable = unreachableCommands();
+        QFile::remove(Users::filePath());
+        UserSession::instance().reload();
+        QCOMPARE(unreachable, QStringList());
+    }
     QCOMPARE(visibleMenus(), QStringLiteral("1111111 11111"));
+    QCOMPARE(unreachableCommands(), QStringList());
+    QCOMPARE(toolbarEnabled(), QStringLiteral("1111111111"));
+
+    // A command reached from the keyboard opens its window.
+    QTest::keyClick(m_window.get(), Qt::Key_S, Qt::AltModifier);
+    QMenu *system = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(system);
+    QTest::keyClick(system, Qt::Key_Down);
+    QTest::keyClick(system, Qt::Key_Down);
+    QTest::keyClick(system, Qt::Key_Return);
+    QWidget *firm = m_window->childWindow(QStringLiteral("frmfirma"));
+    QVERIFY(firm);
+    // Its last page, the accounts 11-40, has its tab in sight.
+    const QTabBar *tabs = firm->findChild<QTabWidget *>(QStringLiteral("zakladki"))->tabBar();
+    QVERIFY(tabs->tabRect(tabs->count() - 1).right() < tabs->width());
+    QVERIFY(firm->parentWidget()->geometry().right() <= m_window->mdiArea()->viewport()->width());
 }
 
 void TestMainWindow::newFirmFromMenu()

@@ -13,7 +13,7 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QListView>
+#include <QTreeView>
 #include <QRadioButton>
 #include <QTest>
 
@@ -21,18 +21,20 @@
 
 namespace {
 
-// The lines of the browse list, in its order.
+// The lines of the browse list, in its order: date, kind and amount.
 QStringList lines(frmprzegladanie &w)
 {
+    const QAbstractItemModel &m = w.model();
     QStringList out;
-    for (int row = 0; row < w.model().rowCount(); ++row)
-        out << w.model().data(w.model().index(row, 0)).toString();
+    for (int row = 0; row < m.rowCount(); ++row)
+        out << m.index(row, 0).data().toString() + QLatin1Char(' ') + m.index(row, 1).data().toString() +
+                   QStringLiteral(" - ") + m.index(row, 4).data().toString();
     return out;
 }
 
 void selectRows(frmprzegladanie &w, const QList<int> &rows)
 {
-    auto *list = child<QListView>(&w, QStringLiteral("lstwynik"));
+    auto *list = child<QTreeView>(&w, QStringLiteral("lstwynik"));
     list->clearSelection();
     for (int row : rows)
         list->selectionModel()->select(list->model()->index(row, 0), QItemSelectionModel::Select);
@@ -140,6 +142,18 @@ void TestFrmPrzegladanie::periodControls()
     QCOMPARE(lines(w).size(), count);
     if (!firstLine.isEmpty())
         QCOMPARE(lines(w).first(), firstLine);
+    // Columns as wide as their text, the amount right-aligned; recipient and title shown.
+    const auto *view = child<QTreeView>(&w, QStringLiteral("lstwynik"));
+    QCOMPARE(view->model()->columnCount(), 5);
+    for (int row = 0; row < view->model()->rowCount(); ++row)
+        for (int column = 0; column < 5; ++column) {
+            const QString text = view->model()->index(row, column).data().toString();
+            QVERIFY2(view->fontMetrics().horizontalAdvance(text) < view->columnWidth(column), qPrintable(text));
+        }
+    const QModelIndex amount = view->model()->index(0, 4);
+    QVERIFY(amount.data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignRight);
+    QVERIFY(!view->model()->index(0, 2).data().toString().isEmpty());
+    QVERIFY(!view->model()->index(0, 3).data().toString().isEmpty());
 }
 
 void TestFrmPrzegladanie::deletingRaisesBalance()

@@ -9,6 +9,7 @@
 #include "documents/ContractorStore.h"
 #include "documents/ui/frmKontrahenci.h"
 #include "documents/ui/frmprzelew.h"
+#include "documents/FirmData.h"
 #include "exchange/Elixir.h"
 #include "print/PrintEngine.h"
 
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void issueEachKind();
     void correction_data();
     void correction();
+    void accountsFollowFirmData();
     void printRouteOfWindow_data();
     void printRouteOfWindow();
     void refusedSave_data();
@@ -197,6 +199,42 @@ void TestFrmPrzelew::correction()
     QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(banknr) FROM zlecanki")),
              QStringLiteral("1|%1").arg(moved ? 1 : 3));
     QCOMPARE(m_dialogs->saw(QStringLiteral("Stan konta mBank nie zostanie przywrócony")), moved);
+}
+
+void TestFrmPrzelew::accountsFollowFirmData()
+{
+    const qint32 id = issued(1);
+    frmprzelew correction(1, 1, id);
+    auto fresh = filledWindow(1);
+    FirmData firm = FirmStore::read(Db()).value();
+    firm.accounts[1] = {QStringLiteral("ING"), QStringLiteral("22 2222"), Money()};
+    firm.accounts[2] = {QStringLiteral("mBank Nowy"), QStringLiteral("33 9999"), Money()};
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+
+    // An open new document offers the accounts as saved, its choice kept.
+    auto *list = child<QComboBox>(fresh.get(), QStringLiteral("lstbank"));
+    QCOMPARE(list->count(), 3);
+    QCOMPARE(list->currentText(), QStringLiteral("mBank Nowy"));
+    QCOMPARE(child<QLabel>(fresh.get(), QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 9999"));
+
+    // A correction keeps the account it was printed with until another is chosen; then
+    // bank and number come from one entry, also when the same account is chosen again.
+    auto *account = child<QComboBox>(&correction, QStringLiteral("lstbank"));
+    QCOMPARE(account->currentText(), QStringLiteral("mBank"));
+    QCOMPARE(child<QLabel>(&correction, QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 3333"));
+    account->setFocus();
+    QTest::keyClick(account, Qt::Key_Up);
+    QTest::keyClick(account, Qt::Key_Down);
+    click(&correction, QStringLiteral("cmdwystaw"));
+    QCOMPARE(stored(QStringLiteral("SELECT bank_firmy || '|' || konto_firmy FROM zlecanki WHERE id=") +
+                      QString::number(id)),
+             QStringLiteral("mBank Nowy|33 9999"));
+
+    // The recipient is the contractor already known, whatever the letter case and blanks.
+    fill(fresh.get(), {{"txtnazwa", "  HURTOWNIA GĘŚLA "}});
+    click(fresh.get(), QStringLiteral("cmdwystaw"));
+    QVERIFY(fresh->currentId() > id);
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM kontrahenci")), QStringLiteral("1"));
 }
 
 void TestFrmPrzelew::printRouteOfWindow_data()

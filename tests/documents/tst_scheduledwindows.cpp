@@ -4,6 +4,7 @@
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
+#include "documents/FirmData.h"
 #include "documents/ScheduledPayments.h"
 #include "documents/ui/frmprzelew.h"
 #include "documents/ui/frmslzapl_term.h"
@@ -11,6 +12,8 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTabWidget>
@@ -30,6 +33,7 @@ private Q_SLOTS:
     void savedPaymentIsDueAtOnce();
     void issueFromAlarm();
     void issueWithNothingChosenBeeps();
+    void issueWhenTheAccountIsGone();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -177,6 +181,50 @@ void TestScheduledWindows::issueWithNothingChosenBeeps()
     frmzap_term alarm;
     QCOMPARE(alarm.issue(), nullptr);
     QCOMPARE(dialogs.beeps, 1);
+
+    // The list taking the focus makes its first line current, not chosen.
+    alarm.show();
+    QVERIFY(QTest::qWaitForWindowActive(&alarm));
+    auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
+    QVERIFY(list->count() > 0);
+    list->setFocus(Qt::TabFocusReason);
+    QVERIFY(list->currentItem());
+    click(&alarm, QStringLiteral("cmdwystaw"));
+    QCOMPARE(dialogs.beeps, 2);
+    QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Czynsz"))->lastWystAWM, 0);
+}
+
+void TestScheduledWindows::issueWhenTheAccountIsGone()
+{
+    FirmData firm = sampleFirm();
+    firm.accounts[0] = BankAccount{QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"), {}};
+    firm.accounts[1] = BankAccount{QStringLiteral("mBank"), QStringLiteral("61 1090 1014 0000 0712 1981 2874"), {}};
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    for (const char *bank : {"mBank", "Bank Zamknięty"}) {
+        ScheduledPayment p = ScheduledPayments::read(Db(), QStringLiteral("Czynsz")).value();
+        p.bankFirmy = QString::fromUtf8(bank);
+        QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Czynsz"), p), ScheduledPayments::SaveResult::Saved);
+        QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, 0)); // due again
+
+        RecordingDialogs dialogs;
+        frmzap_term alarm;
+        auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
+        list->setCurrentRow(0);
+        std::unique_ptr<frmprzelew> entry(alarm.issue());
+        QVERIFY(entry);
+        const auto *account = child<QComboBox>(entry.get(), QStringLiteral("lstbank"));
+        const QString number = child<QLabel>(entry.get(), QStringLiteral("lblbankkonto"))->text();
+        if (p.bankFirmy == QLatin1String("mBank")) {
+            QCOMPARE(account->currentText(), QStringLiteral("mBank"));
+            QCOMPARE(number, QStringLiteral("61 1090 1014 0000 0712 1981 2874"));
+            QVERIFY(dialogs.calls.isEmpty());
+        } else {
+            // Told, and left to be chosen rather than paid silently from another account.
+            QVERIFY(dialogs.saw(QStringLiteral("Bank Zamknięty")));
+            QCOMPARE(account->currentIndex(), -1);
+            QVERIFY(number.isEmpty());
+        }
+    }
 }
 
 QTEST_MAIN(TestScheduledWindows)

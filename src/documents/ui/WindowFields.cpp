@@ -1,9 +1,14 @@
 #include "WindowFields.h"
 
+#include "documents/Firm.h"
 #include "db/Structure.h"
 #include "validation/ui/FieldCheck.h"
+#include "documents/Accounts.h"
+#include "documents/EntryRules.h"
 
+#include <QComboBox>
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -35,6 +40,39 @@ void checkOnLeave(QLineEdit *field)
         *checking = true;
         FieldCheck::SprawdzPole(field);
         *checking = false;
+    });
+}
+
+QLabel *label(QWidget *parent, const QString &text, QWidget *buddy)
+{
+    auto *l = new QLabel(text, parent);
+    l->setBuddy(buddy);
+    return l;
+}
+
+namespace {
+
+void refillAccounts(QComboBox *list, int from)
+{
+    const QVariant shown = list->currentData();
+    const QSignalBlocker block(list);
+    while (list->count() > from)
+        list->removeItem(from);
+    for (int n : EntryRules::offeredAccounts(Accounts::list()))
+        list->addItem(Accounts::list()[n - 1].bankName, n);
+    const int index = shown.isValid() ? list->findData(shown) : -1;
+    list->setCurrentIndex(index >= 0 ? index : qMin(0, list->count() - 1));
+}
+
+} // namespace
+
+void accountList(QComboBox *list, int from, std::function<void()> followed)
+{
+    refillAccounts(list, from);
+    QObject::connect(&FirmEvents::instance(), &FirmEvents::accountsChanged, list, [list, from, followed] {
+        refillAccounts(list, from);
+        if (followed)
+            followed();
     });
 }
 

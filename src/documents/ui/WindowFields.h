@@ -5,7 +5,11 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
+class QComboBox;
 class QFormLayout;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QWidget;
@@ -21,6 +25,14 @@ QLineEdit *field(QWidget *parent, const QString &name, const QString &table, con
 
 // Checks the field by its kind when the user leaves it, while it can be edited.
 void checkOnLeave(QLineEdit *field);
+
+// A caption for `buddy`: a screen reader names the field by it, and its mnemonic focuses it.
+QLabel *label(QWidget *parent, const QString &text, QWidget *buddy);
+
+// Fills `list`, after its first `from` entries, with the firm's accounts offered for payment,
+// each carrying its number, and keeps it following the firm's accounts: the account shown
+// stays chosen while it is offered, and `followed` runs after every refill.
+void accountList(QComboBox *list, int from = 0, std::function<void()> followed = {});
 
 QPushButton *button(QWidget *parent, const QString &name, const QString &caption);
 

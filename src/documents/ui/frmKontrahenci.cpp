@@ -33,6 +33,8 @@ frmKontrahenci::frmKontrahenci(QWidget *parent) : QWidget(parent)
 
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("lstkontrahent"));
+    // Room for a whole name (the column holds 50 characters; most fit in 40).
+    m_list->setMinimumWidth(m_list->fontMetrics().averageCharWidth() * 40);
     m_recipient.emplace(this, Table, WindowFields::RecipientFields::Columns::Contractor);
 
     auto *form = new QFormLayout;
@@ -86,7 +88,7 @@ frmKontrahenci::frmKontrahenci(QWidget *parent) : QWidget(parent)
 
     setEditing(false);
     fillList();
-    resize(640, 380);
+    resize(820, 400);
 }
 
 frmKontrahenci *frmKontrahenci::openForChoosing(QWidget *opener, Take take)

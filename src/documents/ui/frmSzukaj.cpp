@@ -42,7 +42,7 @@ frmSzukaj::frmSzukaj(frmKontrahenci *dictionary) : QWidget(dictionary, Qt::Tool)
     auto *koniec = WindowFields::button(this, QStringLiteral("cmdkoniec"), Msg(4));
 
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(QStringLiteral("Szukany tekst:"), this));
+    layout->addWidget(WindowFields::label(this, QStringLiteral("Szukany tekst:"), m_text));
     layout->addWidget(m_text);
     layout->addWidget(box);
     auto *buttons = new QHBoxLayout;

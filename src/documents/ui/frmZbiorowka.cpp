@@ -10,6 +10,7 @@
 #include "Help.h"
 #include "Messages.h"
 #include "base/ui/WindowUtil.h"
+#include "WindowFields.h"
 #include "print/CollectiveStatement.h"
 #include "print/PrintEngine.h"
 #include "validation/ui/FieldCheck.h"
@@ -42,8 +43,7 @@ frmZbiorowka::frmZbiorowka(QWidget *parent) : QWidget(parent)
     form->addRow(QStringLiteral("Kwoty z przelewów z dnia:"), m_data);
     m_bank = new QComboBox(this);
     m_bank->setObjectName(QStringLiteral("lstbank"));
-    for (int n : EntryRules::offeredAccounts(Accounts::list()))
-        m_bank->addItem(Accounts::list()[n - 1].bankName, n);
+    WindowFields::accountList(m_bank, 0, [this] { accountChosen(); });
     form->addRow(QStringLiteral("Bank/konto:"), m_bank);
     m_konto = new QLabel(this);
     m_konto->setObjectName(QStringLiteral("lblbankkonto"));

@@ -84,6 +84,8 @@ frmfirma::frmfirma(QWidget *parent) : QWidget(parent)
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("zakladki"));
+    // Every page's tab stays in sight: the window is at least as wide as the five of them.
+    m_tabs->setUsesScrollButtons(false);
     m_tabs->addTab(firmPage(), QStringLiteral("Firma"));
     m_tabs->addTab(identifiersPage(), QStringLiteral("Identyfikatory"));
     m_tabs->addTab(accountsPage(1, 5), QStringLiteral("Banki 1-5"));
@@ -124,14 +126,14 @@ QWidget *frmfirma::firmPage()
     form->addRow(QStringLiteral("Ulica:"), m_ulica);
     auto *house = new QHBoxLayout;
     house->addWidget(m_nrDomu);
-    house->addWidget(new QLabel(QStringLiteral("Nr mieszk."), page));
+    house->addWidget(WindowFields::label(page, QStringLiteral("Nr mieszk."), m_nrLokalu));
     house->addWidget(m_nrLokalu);
-    form->addRow(QStringLiteral("Nr domu:"), house);
+    form->addRow(WindowFields::label(page, QStringLiteral("Nr domu:"), m_nrDomu), house);
     auto *town = new QHBoxLayout;
     town->addWidget(m_kod);
-    town->addWidget(new QLabel(QStringLiteral("Miasto:"), page));
+    town->addWidget(WindowFields::label(page, QStringLiteral("Miasto:"), m_miasto));
     town->addWidget(m_miasto, 1);
-    form->addRow(QStringLiteral("Kod:"), town);
+    form->addRow(WindowFields::label(page, QStringLiteral("Kod:"), m_kod), town);
     form->addRow(QStringLiteral("NIP:"), m_nip);
     return page;
 }

@@ -27,7 +27,8 @@
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
+#include <QHeaderView>
+#include <QTreeView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -100,18 +101,24 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     m_lstbank = new QComboBox(this);
     m_lstbank->setObjectName(QStringLiteral("lstbank"));
     m_lstbank->addItem(AllAccounts, 0);
-    for (int n = 1; n <= Accounts::Count; ++n)
-        if (!Accounts::list()[n - 1].bankName.isEmpty())
-            m_lstbank->addItem(Accounts::list()[n - 1].bankName, n);
+    WindowFields::accountList(m_lstbank, 1, [this] {
+        accountChosen(m_lstbank->currentIndex());
+        refresh();
+    });
     m_lblbankkonto = new QLabel(this);
     m_lblbankkonto->setObjectName(QStringLiteral("lblbankkonto"));
 
     m_model = new Browse::Model(this);
-    m_lstwynik = new QListView(this);
+    m_lstwynik = new QTreeView(this);
     m_lstwynik->setObjectName(QStringLiteral("lstwynik"));
-    m_lstwynik->setUniformItemSizes(true); // keeps a long list from measuring every line
+    m_lstwynik->setRootIsDecorated(false);
+    m_lstwynik->setUniformRowHeights(true); // keeps a long list from measuring every line
     m_lstwynik->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_lstwynik->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_lstwynik->setModel(m_model);
+    // Every column as wide as its text: nothing is cut, the list scrolls sideways instead.
+    m_lstwynik->header()->setStretchLastSection(false);
+    m_lstwynik->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
 
     auto *pokaz = button(this, QStringLiteral("cmdpokaz"), QStringLiteral("P&okaż"));
     auto *zmien = button(this, QStringLiteral("cmdzmien"), Msg(7));
@@ -133,13 +140,13 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     periodBox->setLayout(period);
 
     auto *rest = new QGridLayout;
-    rest->addWidget(new QLabel(QStringLiteral("Rodzaj dokumentów:"), this), 0, 0);
+    rest->addWidget(WindowFields::label(this, QStringLiteral("Rodzaj dokumentów:"), m_lstrodzaj), 0, 0);
     rest->addWidget(m_lstrodzaj, 0, 1, 1, 3);
     rest->addWidget(new QLabel(QStringLiteral("Kontrahent:"), this), 1, 0);
     rest->addWidget(m_lblkontrahent, 1, 1);
     rest->addWidget(szukaj, 1, 2);
     rest->addWidget(wszyscy, 1, 3);
-    rest->addWidget(new QLabel(QStringLiteral("Bank/konto:"), this), 2, 0);
+    rest->addWidget(WindowFields::label(this, QStringLiteral("Bank/konto:"), m_lstbank), 2, 0);
     rest->addWidget(m_lstbank, 2, 1, 1, 3);
     rest->addWidget(m_lblbankkonto, 3, 1, 1, 3);
 
@@ -183,7 +190,7 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     });
     connect(szukaj, &QPushButton::clicked, this, &frmprzegladanie::chooseContractor);
     connect(wszyscy, &QPushButton::clicked, this, &frmprzegladanie::allContractors);
-    connect(m_lstwynik, &QListView::doubleClicked, this, [this] { open(EntryRules::Viewing); });
+    connect(m_lstwynik, &QTreeView::doubleClicked, this, [this] { open(EntryRules::Viewing); });
     connect(pokaz, &QPushButton::clicked, this, [this] { open(EntryRules::Viewing); });
     connect(zmien, &QPushButton::clicked, this, [this] { open(EntryRules::Correction); });
     connect(usun, &QPushButton::clicked, this, &frmprzegladanie::remove);

@@ -8,7 +8,7 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QListView;
+class QTreeView;
 class QRadioButton;
 
 // "Przeglądanie dokumentów": the stored payment documents under a filter of period, kind,
@@ -49,6 +49,6 @@ private:
     QLabel *m_lblkontrahent = nullptr;
     QComboBox *m_lstbank = nullptr;
     QLabel *m_lblbankkonto = nullptr;
-    QListView *m_lstwynik = nullptr;
+    QTreeView *m_lstwynik = nullptr;
     Browse::Model *m_model = nullptr;
 };

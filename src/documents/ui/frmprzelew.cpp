@@ -93,6 +93,8 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     accountFrame->setObjectName(QStringLiteral("frabank"));
     auto *accountRow = new QHBoxLayout(accountFrame);
     accountRow->addWidget(m_lstbank, 1);
+    // The frame's caption is what names the list to a screen reader.
+    m_lstbank->setAccessibleName(accountFrame->title());
     accountRow->addWidget(m_lblbankkonto, 1);
 
     m_documentForm = new QFormLayout;
@@ -139,6 +141,7 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     m_recipientForm->setRowVisible(m_recipient->konto, EntryRules::recipientBankInUse(kind));
 
     connect(m_lstbank, &QComboBox::currentIndexChanged, this, &frmprzelew::accountChosen);
+    connect(&FirmEvents::instance(), &FirmEvents::accountsChanged, this, &frmprzelew::followAccounts);
     connect(m_wystaw, &QPushButton::clicked, this, &frmprzelew::issue);
     connect(m_szukaj, &QPushButton::clicked, this, &frmprzelew::chooseContractor);
     connect(anuluj, &QPushButton::clicked, this, &frmprzelew::abandon);
@@ -164,9 +167,9 @@ QWidget *frmprzelew::recipientPart()
     m_recipientForm->addRow(QStringLiteral("Ulica:"), m_recipient->ulica);
     auto *town = new QHBoxLayout;
     town->addWidget(m_recipient->kod);
-    town->addWidget(new QLabel(QStringLiteral("Miasto:"), part));
+    town->addWidget(WindowFields::label(part, QStringLiteral("Miasto:"), m_recipient->miasto));
     town->addWidget(m_recipient->miasto, 1);
-    m_recipientForm->addRow(QStringLiteral("Kod:"), town);
+    m_recipientForm->addRow(WindowFields::label(part, QStringLiteral("Kod:"), m_recipient->kod), town);
     m_recipientForm->addRow(QStringLiteral("NIP:"), m_recipient->nip);
     m_recipientForm->addRow(QStringLiteral("Bank:"), m_recipient->bank);
     m_recipientForm->addRow(QStringLiteral("Konto:"), m_recipient->konto);
@@ -190,7 +193,7 @@ QGroupBox *frmprzelew::zusBlock()
     declaration->addWidget(m_typWpl, 1);
     declaration->addWidget(m_rok);
     declaration->addWidget(m_miesiac);
-    form->addRow(QStringLiteral("Deklaracja:"), declaration);
+    form->addRow(WindowFields::label(m_frmZus, QStringLiteral("Deklaracja:"), m_typWpl), declaration);
     form->addRow(QStringLiteral("Nr deklaracji:"), m_nrDekl);
     form->addRow(QStringLiteral("Kwota:"), m_wartoscZus);
     return m_frmZus;
@@ -233,15 +236,42 @@ void frmprzelew::fillAccounts(int keep)
 
 void frmprzelew::accountChosen(int index)
 {
-    m_lblbankkonto->setText(index < 0 ? QString() : Accounts::accountNumber(m_lstbank->itemData(index).toInt()));
+    // The bank's name and the number always come from one entry of the firm's accounts,
+    // also when the entry shown carried the name a stored document was printed with.
+    const int n = index < 0 ? 0 : m_lstbank->itemData(index).toInt();
+    if (Accounts::isValid(n))
+        m_lstbank->setItemText(index, Accounts::list()[n - 1].bankName);
+    m_lblbankkonto->setText(Accounts::isValid(n) ? Accounts::accountNumber(n) : QString());
+}
+
+void frmprzelew::followAccounts()
+{
+    // The account shown stays chosen. A new document takes its name and number as the firm
+    // has them now; a stored one keeps the pair it was printed with until another is chosen.
+    const int n = m_lstbank->currentData().toInt();
+    const QString name = m_lstbank->currentText();
+    const QString number = m_lblbankkonto->text();
+    fillAccounts(m_mode == EntryRules::New ? 0 : n);
+    const int index = m_lstbank->findData(n);
+    {
+        const QSignalBlocker block(m_lstbank);
+        m_lstbank->setCurrentIndex(index);
+    }
+    if (m_mode != EntryRules::New && index >= 0) {
+        m_lstbank->setItemText(index, name);
+        m_lblbankkonto->setText(number);
+    } else {
+        accountChosen(index);
+    }
 }
 
 void frmprzelew::showDocument(const PaymentDocument &doc)
 {
     const bool stored = doc.id != 0;
     fillAccounts(stored ? doc.banknr : 0);
+    // Account 0 is one still to be chosen (a scheduled payment's account that is gone).
     int index = m_lstbank->findData(int(doc.banknr));
-    if (index < 0 && m_lstbank->count() > 0)
+    if (index < 0 && doc.banknr != 0 && m_lstbank->count() > 0)
         index = 0;
     {
         const QSignalBlocker block(m_lstbank);

@@ -57,6 +57,7 @@ private:
     QGroupBox *taxBlock();
     void fillAccounts(int keep);
     void accountChosen(int index);
+    void followAccounts();
     void chooseContractor();
     void takeContractor(const Contractor &c);
     void showBlocks(const ZusBlock &zus, const TaxBlock &tax);

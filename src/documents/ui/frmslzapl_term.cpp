@@ -139,6 +139,7 @@ frmslzapl_term::frmslzapl_term(QWidget *parent) : QWidget(parent)
     connect(koniec, &QPushButton::clicked, this, [this] { closeWindow(this); });
 
     fillAccounts();
+    connect(&FirmEvents::instance(), &FirmEvents::accountsChanged, this, &frmslzapl_term::followAccounts);
     setEditing(false);
     fillList();
     resize(700, 420);
@@ -166,6 +167,16 @@ void frmslzapl_term::fillAccounts()
     m_bank->clear();
     for (int n : EntryRules::offeredAccounts(Accounts::list()))
         m_bank->addItem(Accounts::list()[n - 1].bankName, n);
+}
+
+void frmslzapl_term::followAccounts()
+{
+    // A payment being edited keeps what the user chose; one only shown is shown again.
+    if (m_editing)
+        return;
+    fillAccounts();
+    if (!m_shownName.isEmpty())
+        showPayment(m_shownName);
 }
 
 bool frmslzapl_term::showPayment(const QString &name)

@@ -35,6 +35,7 @@ protected:
 private:
     void fillList();
     void fillAccounts();
+    void followAccounts();
     void showFields(const ScheduledPayment &p);
     ScheduledPayment gather() const;
     void setEditing(bool on);

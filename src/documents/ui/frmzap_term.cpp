@@ -64,8 +64,9 @@ void frmzap_term::fillList()
 
 frmprzelew *frmzap_term::issue()
 {
+    // A line merely current (the list took the focus) was not chosen by the user.
     const QListWidgetItem *item = m_list->currentItem();
-    if (!item || !isFirmOpen()) {
+    if (!item || !item->isSelected() || !isFirmOpen()) {
         dialogs().beep();
         return nullptr;
     }
@@ -79,6 +80,10 @@ frmprzelew *frmzap_term::issue()
     }
     const QDate today = appState().today;
     const PaymentDocument doc = ScheduledPayments::issueDocument(*payment, today, Accounts::list());
+    if (doc.banknr == 0 && !payment->bankFirmy.isEmpty())
+        dialogs().information(QStringLiteral("Konta „%1” tej zapłaty nie ma już wśród kont firmy. "
+                                             "Wybierz konto, z którego zapłacić.")
+                                  .arg(payment->bankFirmy));
 
     auto *entry = qobject_cast<frmprzelew *>(WindowHost::open(this, new frmprzelew(EntryRules::New, doc.rodzaj)));
     entry->showDocument(doc);
