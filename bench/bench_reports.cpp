@@ -76,7 +76,7 @@ int main(int argc, char **argv)
     const QString pdf = home.path() + QStringLiteral("/raport.pdf");
     registerSlipDrivers();
     PrintEngine &engine = PrintEngine::instance();
-    engine.setPrinterFactory([&] { return std::make_unique<PdfSurface>(pdf); });
+    engine.setPrinterFactory([&] { return std::make_unique<PdfSurface>(pdf, SafeOutput::Existing::Replace); });
     measure("PDF written", 3, [&] {
         return engine.Drukuj(QStringLiteral("raport"), QVariant::fromValue(report), QPageLayout::Portrait, false,
                              QStringLiteral("bench"));

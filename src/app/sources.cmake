@@ -7,6 +7,7 @@ list(APPEND CORE_SOURCES
   app/Help.cpp
   app/Messages.cpp
   app/Money.cpp
+  app/SafeOutput.cpp
   app/SettingsStore.cpp
   app/StartupSettings.cpp
   app/UserOptions.cpp

@@ -31,6 +31,7 @@ private:
     void dateLeft();
     std::optional<Money> askAmount(const QString &prompt, const QString &value);
     void updateTotal();
+    struct CollectiveStatement statement() const;
 
     QLineEdit *m_data = nullptr;
     QComboBox *m_bank = nullptr;

@@ -59,7 +59,7 @@ PaymentDocument sampleDocument(int kind, QDate issued)
 void printToPdf(const QString &pdf)
 {
     registerSlipDrivers();
-    PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf); });
+    PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf, SafeOutput::Existing::Replace); });
 }
 
 QString stored(const QString &sql)
