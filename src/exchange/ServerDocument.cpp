@@ -1,14 +1,11 @@
 #include "ServerDocument.h"
 
 #include "DateText.h"
-#include "SafeOutput.h"
 #include "documents/Accounts.h"
 #include "documents/ChoiceLists.h"
-#include "documents/ContractorStore.h"
 #include "documents/DocumentStore.h"
 #include "documents/DocumentKinds.h"
 #include "documents/FirmData.h"
-#include "documents/Transaction.h"
 #include "db/Structure.h"
 
 #include <QDir>
@@ -47,8 +44,7 @@ std::optional<QDate> parseDate(const QString &text)
 bool hasControl(const QString &text)
 {
     for (QChar c : text)
-        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             return true;
     return false;
 }
@@ -69,10 +65,6 @@ bool parseTarget(const QString &value, ServerRequest &r, QString *error)
     const QFileInfo fi(path);
     if (path.isEmpty() || fi.isRelative())
         return fail(QStringLiteral("Plik PDF (pozycja 3) trzeba podać pełną ścieżką: \"%1\".").arg(path), error);
-    // The server only ever makes a new file: checked now, so that a refused target stores nothing.
-    const QString refused = SafeOutput::refusal(fi.absoluteFilePath(), SafeOutput::Existing::Keep);
-    if (!refused.isEmpty())
-        return fail(QStringLiteral("Plik PDF (pozycja 3): ") + refused, error);
     r.target = ServerRequest::Target::Pdf;
     r.targetName = fi.absoluteFilePath();
     return true;

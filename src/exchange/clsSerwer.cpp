@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "Dialogs.h"
 #include "Firm.h"
+#include "SafeOutput.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 #include "documents/Accounts.h"
@@ -141,9 +142,21 @@ std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const 
                 server->ZamknijBaze();
         }
     } closer{this, keepOpen};
+    // A call made again after a lost answer gets the first answer, whatever has changed since
+    // (the PDF file made by then, the printer gone).
+    if (const auto earlier = findServerReference(QSqlDatabase::database(Connection, false), reference))
+        return earlier;
     if (m_readOnly) {
         fail(QStringLiteral("Plik firmy jest tylko do odczytu: %1").arg(QDir::toNativeSeparators(m_path)), error);
         return std::nullopt;
+    }
+    // The server only ever makes a new file: checked before anything is stored.
+    if (request->target == ServerRequest::Target::Pdf) {
+        const QString refused = SafeOutput::refusal(request->targetName, SafeOutput::Existing::Keep);
+        if (!refused.isEmpty()) {
+            fail(QStringLiteral("Plik PDF (pozycja 3): ") + refused, error);
+            return std::nullopt;
+        }
     }
 
     // The printer is looked up before anything is stored, so a wrong name stores nothing.

@@ -67,12 +67,12 @@ void clsSerwerBus::UruchomZBaza(const QString &path)
         refuse(error);
 }
 
-int clsSerwerBus::WystawPrzelew(const QStringList &values, const QString &second)
+int clsSerwerBus::WystawPrzelew(const QStringList &values, const QString &reference)
 {
     Q_EMIT called();
     QString error;
     clsSerwer::Outcome outcome = clsSerwer::Outcome::Refused;
-    const auto id = m_server.WystawPrzelew(values, second, &error, &outcome);
+    const auto id = m_server.WystawPrzelew(values, reference, &error, &outcome);
     if (!id) {
         refuse(error, outcome == clsSerwer::Outcome::NotPrinted ? NotPrintedName : ErrorName);
         return 0;

@@ -33,7 +33,7 @@ public Q_SLOTS:
     bool OtworzBaze(const QString &path);
     void ZamknijBaze();
     void UruchomZBaza(const QString &path);
-    int WystawPrzelew(const QStringList &values, const QString &second);
+    int WystawPrzelew(const QStringList &values, const QString &reference);
 
 Q_SIGNALS:
     // Every call, answered or refused: an automation copy measures its idle time by it.

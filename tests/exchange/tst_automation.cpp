@@ -293,14 +293,21 @@ void TestAutomation::notPrintedThenRepeated()
     QVERIFY2(error.contains(QStringLiteral("Dokument nr %1 zapisano").arg(id)), qPrintable(error));
     QCOMPARE(count(documents), countBefore + 1);
 
-    // Called again with the same reference, over the bus as well: the same Id, nothing new.
+    // Called again with the same reference, over the bus as well: the same Id, nothing new,
+    // even where the first call's PDF file is there by now.
     v[2].clear();
     QCOMPARE(server.WystawPrzelew(v, QStringLiteral("FZ/7/2026"), &error).value_or(0), id);
+    const QString pdf = m_env->newPath(QStringLiteral("pierwszy.pdf"));
+    QFile made(pdf);
+    QVERIFY(made.open(QIODevice::WriteOnly) && made.write("%PDF") == 4);
+    made.close();
+    v[2] = QStringLiteral("pdf:") + pdf;
     const QDBusMessage reply = call(QStringLiteral("WystawPrzelew"), {v, QStringLiteral("FZ/7/2026")});
     QCOMPARE(reply.arguments().value(0).toLongLong(), id);
     QCOMPARE(count(documents), countBefore + 1);
     QCOMPARE(count(balance), balanceBefore - 12345000);
     // An empty reference is no reference: each such call is a transfer of its own.
+    v[2].clear();
     QVERIFY(server.WystawPrzelew(v, QString(), &error).value_or(id) != id);
     QCOMPARE(count(documents), countBefore + 2);
 }
