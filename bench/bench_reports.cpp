@@ -70,7 +70,7 @@ int main(int argc, char **argv)
     const QString xlsx = home.path() + QStringLiteral("/raport.xlsx");
     measure("xlsx written", 3, [&] {
         QFile::remove(xlsx);
-        return ReportWorkbook::write(xlsx, report);
+        return ReportWorkbook::write(xlsx, report, SafeOutput::Existing::Replace);
     }, [&] { return QStringLiteral("%1 kB").arg(QFileInfo(xlsx).size() / 1024); });
 
     const QString pdf = home.path() + QStringLiteral("/raport.pdf");
