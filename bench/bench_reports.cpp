@@ -71,14 +71,14 @@ int main(int argc, char **argv)
     const QString xlsx = home.path() + QStringLiteral("/raport.xlsx");
     measure("xlsx written", 3, [&] {
         QFile::remove(xlsx);
-        return ReportWorkbook::write(xlsx, report);
+        return ReportWorkbook::write(xlsx, report, SafeOutput::Existing::Replace);
     }, [&] { return QStringLiteral("%1 kB").arg(QFileInfo(xlsx).size() / 1024); });
 
     const QString pdf = home.path() + QStringLiteral("/raport.pdf");
     registerSlipDrivers();
     registerReportDriver();
     PrintEngine &engine = PrintEngine::instance();
-    engine.setPrinterFactory([&] { return std::make_unique<PdfSurface>(pdf); });
+    engine.setPrinterFactory([&] { return std::make_unique<PdfSurface>(pdf, SafeOutput::Existing::Replace); });
     measure("PDF written", 3, [&] {
         return engine.Drukuj(QStringLiteral("raport"), QVariant::fromValue(report), QPageLayout::Portrait, false,
                              QStringLiteral("bench"));

@@ -63,6 +63,10 @@ int spellAmount(const QStringList &args)
         err(QLatin1Char('\'') + args.first() + Msg(101));
         return 2;
     }
+    if (amount->units() % Money::GroszScale != 0) {
+        err(QStringLiteral("Kwota może mieć najwyżej dwa miejsca po przecinku: ") + args.first());
+        return 2;
+    }
     const Wording w = wordingOf(*amount);
     if (w.overLimit) {
         out(overLimitMessage(*amount));

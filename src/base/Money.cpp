@@ -129,6 +129,44 @@ std::optional<Money> Money::parse(QStringView text)
     return Money(negative ? -units : units);
 }
 
+std::optional<Money> Money::parseAmount(QStringView text, QString *error)
+{
+    const auto m = parse(text);
+    const auto refuse = [error](const QString &why) -> std::optional<Money> {
+        if (error)
+            *error = why;
+        return std::nullopt;
+    };
+    if (!m)
+        return refuse(QStringLiteral("to nie jest kwota"));
+    if (m->m_units % GroszScale != 0)
+        return refuse(QStringLiteral("kwota może mieć najwyżej dwa miejsca po przecinku"));
+    if (m->abs().m_units > MaxUnits)
+        return refuse(QStringLiteral("kwota nie może przekraczać 999 999 999 999,99"));
+    return m;
+}
+
+bool Money::isAcceptedAmount() const
+{
+    return m_units % GroszScale == 0 && m_units <= MaxUnits && m_units >= -MaxUnits;
+}
+
+std::optional<Money> Money::checkedAdd(Money o) const
+{
+    qint64 r = 0;
+    if (__builtin_add_overflow(m_units, o.m_units, &r))
+        return std::nullopt;
+    return Money(r);
+}
+
+std::optional<Money> Money::checkedSub(Money o) const
+{
+    qint64 r = 0;
+    if (__builtin_sub_overflow(m_units, o.m_units, &r))
+        return std::nullopt;
+    return Money(r);
+}
+
 namespace {
 
 // Sign, whole złote and grosze of an amount rounded to the grosz; `group` puts a blank

@@ -14,6 +14,8 @@ class Money {
 public:
     static constexpr qint64 Scale = 10000;    // units in one złoty
     static constexpr qint64 GroszScale = 100; // units in one grosz
+    // The largest amount the program takes in and can spell in words: 999 999 999 999,99.
+    static constexpr qint64 MaxUnits = 99'999'999'999'999LL * GroszScale;
 
     constexpr Money() = default;
     static constexpr Money fromUnits(qint64 units) { return Money(units); }
@@ -34,6 +36,16 @@ public:
     // decimal separator and the other one, if present, may only group thousands.
     // At most four decimals. Returns nothing for anything else (including empty text).
     static std::optional<Money> parse(QStringView text);
+    // An amount handed in from outside the windows (automation, export file, command line):
+    // as parse(), but at most two decimals and not above MaxUnits either way. Nothing,
+    // with the Polish reason in `error`, otherwise.
+    static std::optional<Money> parseAmount(QStringView text, QString *error = nullptr);
+    // Whether the amount is whole grosze within MaxUnits.
+    bool isAcceptedAmount() const;
+
+    // Sums that may not wrap: nothing when the result cannot be held.
+    std::optional<Money> checkedAdd(Money o) const;
+    std::optional<Money> checkedSub(Money o) const;
 
     // "### ### ##0.00": blank-grouped thousands, decimal comma, two decimals.
     QString kwota() const;

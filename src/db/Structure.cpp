@@ -296,6 +296,14 @@ QList<Step> upgradeSteps()
              addColumns(db, QStringLiteral("FIRMA"),
                         bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta")));
          }},
+        // The references the suite's programs give their transfers, so that a call repeated
+        // after a lost answer finds its document instead of paying twice. Kept apart from
+        // the documents, whose columns the suite's other programs read as they are.
+        {QStringLiteral("OdwolaniaSerwera"), QStringLiteral("Odwolanie"),
+         [](QSqlDatabase &db) {
+             run(db, QStringLiteral("CREATE TABLE IF NOT EXISTS OdwolaniaSerwera (Odwolanie TEXT PRIMARY KEY NOT NULL, "
+                                    "ZlecenieId INTEGER NOT NULL)"));
+         }},
         // A scheduled payment with no month of its last issue (written by an older version,
         // or brought in from another firm) fails the due check's comparison and would never
         // be listed: it gets 0, no month.
@@ -566,6 +574,18 @@ QString explainError(const QSqlError &error)
     }
     if (const auto m = notNull.match(text); m.hasMatch())
         return QStringLiteral("Pole %1 nie może być puste. Nic nie zostało zapisane.").arg(m.captured(1));
+    static const QRegularExpression noColumn(QStringLiteral("no such column: ([\\w.]+)|table (\\w+) has no column named (\\w+)"));
+    if (const auto m = noColumn.match(text); m.hasMatch()) {
+        const QString col = m.captured(1).isEmpty() ? m.captured(2) + QLatin1Char('.') + m.captured(3) : m.captured(1);
+        return QStringLiteral("W pliku firmy brakuje kolumny %1 (plik z innej wersji programu lub uszkodzony). "
+                              "Nic nie zostało zapisane.")
+            .arg(col);
+    }
+    static const QRegularExpression noTable(QStringLiteral("no such table: ([\\w.]+)"));
+    if (const auto m = noTable.match(text); m.hasMatch())
+        return QStringLiteral("W pliku firmy brakuje tabeli %1 (plik z innej wersji programu lub uszkodzony). "
+                              "Nic nie zostało zapisane.")
+            .arg(m.captured(1));
     if (text.contains(QLatin1String("readonly"), Qt::CaseInsensitive) ||
         text.contains(QLatin1String("read-only"), Qt::CaseInsensitive))
         return QStringLiteral("Baza firmy jest otwarta tylko do odczytu. Zmiany nie zostały zapisane.");

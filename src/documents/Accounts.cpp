@@ -131,10 +131,25 @@ bool chargeStored(QSqlDatabase &db, int n, Money amount, QString *error)
         return false;
     // The column name comes from a checked number; the amount is bound, in exact units.
     const QString col = Structure::quoted(balanceColumn(n));
+    // The new balance is worked out here rather than in SQL, where an overflow would
+    // quietly turn the exact amount into a floating-point one.
+    QSqlQuery read(db);
+    if (!read.exec(QStringLiteral("SELECT COALESCE(") + col + QStringLiteral(", 0) FROM firma ORDER BY rowid LIMIT 1")) ||
+        !read.next()) {
+        setError(error, Structure::explainError(read.lastError()));
+        return false;
+    }
+    const auto balance = Money::fromUnits(read.value(0).toLongLong()).checkedSub(amount);
+    if (!balance) {
+        setError(error, QStringLiteral("Stan rachunku nr %1 wyszedłby poza zakres kwot, które program może "
+                                       "zapisać. Nic nie zostało zapisane.")
+                            .arg(n));
+        return false;
+    }
     QSqlQuery q(db);
-    q.prepare(QStringLiteral("UPDATE firma SET ") + col + QStringLiteral(" = COALESCE(") + col +
-              QStringLiteral(", 0) - ? WHERE rowid = (SELECT min(rowid) FROM firma)"));
-    q.addBindValue(amount.units());
+    q.prepare(QStringLiteral("UPDATE firma SET ") + col +
+              QStringLiteral(" = ? WHERE rowid = (SELECT min(rowid) FROM firma)"));
+    q.addBindValue(balance->units());
     if (!q.exec()) {
         setError(error, Structure::explainError(q.lastError()));
         return false;

@@ -5,6 +5,7 @@
 #include "ContractorStore.h"
 #include "DateText.h"
 #include "db/Transaction.h"
+#include "Firm.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -157,6 +158,13 @@ std::optional<Stored> stored(QSqlDatabase &db, qint32 id, QString *error)
     return Stored{q.value(0).toInt(), Money::fromUnits(q.value(1).toLongLong())};
 }
 
+// The account list in memory and the contractor windows belong to the firm the program's
+// window has open; a connection of the automation object to another firm leaves them be.
+bool isProgramFirm(const QSqlDatabase &db)
+{
+    return isFirmOpen() && db.connectionName() == Db().connectionName();
+}
+
 } // namespace
 
 std::optional<PaymentDocument> read(const QSqlDatabase &db, qint32 id, QString *error)
@@ -211,8 +219,11 @@ std::optional<PaymentDocument> read(const QSqlDatabase &db, qint32 id, QString *
     return d;
 }
 
-std::optional<qint32> insert(QSqlDatabase db, PaymentDocument &doc, QString *error)
+std::optional<qint32> insert(QSqlDatabase db, PaymentDocument &doc, QString *error, const Alongside &alongside,
+                             bool *contractorAdded)
 {
+    if (contractorAdded)
+        *contractorAdded = false;
     if (!Accounts::isValid(doc.banknr)) {
         fail(Accounts::boundsError(doc.banknr), error);
         return std::nullopt;
@@ -242,13 +253,19 @@ std::optional<qint32> insert(QSqlDatabase db, PaymentDocument &doc, QString *err
     d.id = static_cast<qint32>(q.lastInsertId().toLongLong());
     if (!Accounts::chargeStored(db, d.banknr, d.wartosc, error))
         return std::nullopt;
+    if (alongside && !alongside(db, d.id, error))
+        return std::nullopt;
     if (!t.commit()) {
         fail(t.error(), error);
         return std::nullopt;
     }
-    Accounts::chargeListed(d.banknr, d.wartosc);
-    if (added)
-        Q_EMIT ContractorEvents::instance().changed();
+    if (isProgramFirm(db)) {
+        Accounts::chargeListed(d.banknr, d.wartosc);
+        if (added)
+            Q_EMIT ContractorEvents::instance().changed();
+    }
+    if (contractorAdded)
+        *contractorAdded = added;
     doc = d;
     return d.id;
 }

@@ -5,6 +5,7 @@
 #include <QSqlDatabase>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 // Payment documents (table zlecanki) and the balance of the account each one charges.
@@ -15,9 +16,16 @@ namespace DocumentStore {
 
 std::optional<PaymentDocument> read(const QSqlDatabase &db, qint32 id, QString *error = nullptr);
 
+// A step of the caller's that goes into the same transaction as the new document, given
+// its Id; false (with the reason in `error`) undoes the whole insert.
+using Alongside = std::function<bool(QSqlDatabase &db, qint32 id, QString *error)>;
+
 // Stores a new document and lowers the balance of account doc.banknr by its amount.
-// Sets doc.id, doc.klientId and doc.dataSesji; returns the new Id.
-std::optional<qint32> insert(QSqlDatabase db, PaymentDocument &doc, QString *error = nullptr);
+// Sets doc.id, doc.klientId and doc.dataSesji; returns the new Id. The in-memory account
+// list and the contractor windows follow when `db` is the program's open firm.
+// `contractorAdded` tells whether the recipient was new to the dictionary.
+std::optional<qint32> insert(QSqlDatabase db, PaymentDocument &doc, QString *error = nullptr,
+                             const Alongside &alongside = {}, bool *contractorAdded = nullptr);
 
 // A correction of document doc.id: rewrites the row and lowers the balance of the account
 // now chosen (doc.banknr) by the new amount less the amount stored before. An account the

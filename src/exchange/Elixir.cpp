@@ -1,6 +1,7 @@
 #include "Elixir.h"
 
 #include "Dialogs.h"
+#include "SafeOutput.h"
 #include "SettingsStore.h"
 
 #include <QDir>
@@ -117,14 +118,30 @@ bool issueStep(const QSqlDatabase &db, const QString &databaseFile, int exportSw
 {
     if (exportSwitch != 1)
         return true;
-    QFile file(filePath(databaseFile));
-    if (!file.open(QIODevice::Append)) {
-        ErrorReport(QStringLiteral("Nie można otworzyć pliku Elixir ") + QDir::toNativeSeparators(file.fileName()) +
-                    QStringLiteral(": ") + file.errorString());
+    const QString path = filePath(databaseFile);
+    const QString cannot = QStringLiteral("Nie można otworzyć pliku Elixir ") + QDir::toNativeSeparators(path) +
+                           QStringLiteral(": ");
+    // The file grows by whole records: a new one is made beside its place and moved in,
+    // an existing one is only opened for appending, and the program's own files are never it.
+    const QString refused = SafeOutput::refusal(path, SafeOutput::Existing::Replace);
+    if (!refused.isEmpty()) {
+        ErrorReport(cannot + refused);
         return false;
     }
+    QString error;
+    if (!QFileInfo::exists(path)) {
+        if (!SafeOutput::write(path, QByteArray(), SafeOutput::Existing::Keep, &error)) {
+            ErrorReport(cannot + error);
+            return false;
+        }
+    } else {
+        QFile file(path);
+        if (!file.open(QIODevice::Append)) {
+            ErrorReport(cannot + file.errorString());
+            return false;
+        }
+    }
     GatherSenderLines(db);
-    file.close();
     return true;
 }
 

@@ -1,9 +1,10 @@
 #include "ExportFile.h"
 
+#include "SafeOutput.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 namespace ExportFile {
@@ -92,10 +93,11 @@ Listing listBlocks(const QByteArray &data)
         e.name = valueOf(all.at(marker + NameLine));
         e.title = valueOf(all.at(marker + TitleLine));
         const QString amount = valueOf(all.at(marker + AmountLine));
-        const auto money = Money::parse(amount);
+        QString why;
+        const auto money = Money::parseAmount(amount, &why);
         if (!money) {
-            listing.error = ReadError{QStringLiteral("Wiersz kwoty bloku „%1” nie zawiera kwoty: \"%2\".")
-                                          .arg(e.name, amount),
+            listing.error = ReadError{QStringLiteral("Wiersz kwoty bloku „%1” nie zawiera poprawnej kwoty: \"%2\" (%3).")
+                                          .arg(e.name, amount, why),
                                       13};
             return listing;
         }
@@ -184,13 +186,7 @@ bool removeBlockInFile(const QString &path, int index, bool removeFile, QString 
             *error = f.errorString();
         return false;
     }
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(removeBlock(*data, index)) < 0 || !out.commit()) {
-        if (error)
-            *error = out.errorString();
-        return false;
-    }
-    return true;
+    return SafeOutput::write(path, removeBlock(*data, index), SafeOutput::Existing::Replace, error);
 }
 
 } // namespace ExportFile

@@ -2,7 +2,8 @@
 
 #include "DateText.h"
 #include "documents/Accounts.h"
-#include "documents/ContractorStore.h"
+#include "documents/ChoiceLists.h"
+#include "documents/DocumentStore.h"
 #include "documents/DocumentKinds.h"
 #include "documents/FirmData.h"
 #include "db/Transaction.h"
@@ -10,6 +11,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
@@ -23,12 +25,29 @@ bool fail(const QString &text, QString *error)
     return false;
 }
 
-// Dates come as the program writes them ("05-03-2026") or in ISO form ("2026-03-05").
+// Dates come as the program writes them ("05-03-2026") or in ISO form ("2026-03-05"),
+// never with a time, within the years the slips and the calendar lists know.
 std::optional<QDate> parseDate(const QString &text)
 {
-    if (auto d = DateText::parse(text.trimmed()))
-        return d;
-    return DateText::fromIso(text.trimmed());
+    static const QRegularExpression dmy(QStringLiteral("^(\\d{2})-(\\d{2})-(\\d{4})$"));
+    static const QRegularExpression ymd(QStringLiteral("^(\\d{4})-(\\d{2})-(\\d{2})$"));
+    const QString t = text.trimmed();
+    QDate d;
+    if (const auto m = dmy.match(t); m.hasMatch())
+        d = QDate(m.captured(3).toInt(), m.captured(2).toInt(), m.captured(1).toInt());
+    else if (const auto m2 = ymd.match(t); m2.hasMatch())
+        d = QDate(m2.captured(1).toInt(), m2.captured(2).toInt(), m2.captured(3).toInt());
+    if (!d.isValid() || d.year() < 1900 || d.year() > 2099)
+        return std::nullopt;
+    return d;
+}
+
+bool hasControl(const QString &text)
+{
+    for (QChar c : text)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            return true;
+    return false;
 }
 
 bool parseTarget(const QString &value, ServerRequest &r, QString *error)
@@ -47,9 +66,6 @@ bool parseTarget(const QString &value, ServerRequest &r, QString *error)
     const QFileInfo fi(path);
     if (path.isEmpty() || fi.isRelative())
         return fail(QStringLiteral("Plik PDF (pozycja 3) trzeba podać pełną ścieżką: \"%1\".").arg(path), error);
-    if (!QFileInfo(fi.absolutePath()).isDir())
-        return fail(QStringLiteral("Nie ma folderu na plik PDF (pozycja 3): %1").arg(QDir::toNativeSeparators(fi.absolutePath())),
-                    error);
     r.target = ServerRequest::Target::Pdf;
     r.targetName = fi.absoluteFilePath();
     return true;
@@ -74,11 +90,23 @@ std::optional<ServerRequest> parseServerValues(const QStringList &values, QStrin
              error);
         return std::nullopt;
     }
+    for (int i = 0; i < ServerRequest::ValueCount; ++i) {
+        if (hasControl(values.at(i))) {
+            fail(QStringLiteral("Wartość na pozycji %1 zawiera znak sterujący (np. koniec wiersza lub tabulator).")
+                     .arg(i + 1),
+                 error);
+            return std::nullopt;
+        }
+    }
     auto at = [&values](int position) { return values.at(position - 1); };
     ServerRequest r;
     r.firmPath = at(1).trimmed();
     if (r.firmPath.isEmpty()) {
         fail(QStringLiteral("Nie podano pliku bazy firmy (pozycja 1)."), error);
+        return std::nullopt;
+    }
+    if (!QDir::isAbsolutePath(r.firmPath)) {
+        fail(QStringLiteral("Plik bazy firmy (pozycja 1) trzeba podać pełną ścieżką: \"%1\".").arg(r.firmPath), error);
         return std::nullopt;
     }
     if (!at(2).trimmed().isEmpty()) {
@@ -111,9 +139,10 @@ std::optional<ServerRequest> parseServerValues(const QStringList &values, QStrin
         return std::nullopt;
     }
 
-    const auto amount = Money::parse(at(11).trimmed());
+    QString why;
+    const auto amount = Money::parseAmount(at(11).trimmed(), &why);
     if (!amount) {
-        fail(QStringLiteral("Nieprawidłowa kwota (pozycja 11): \"%1\".").arg(at(11)), error);
+        fail(QStringLiteral("Nieprawidłowa kwota (pozycja 11): \"%1\": %2.").arg(at(11), why), error);
         return std::nullopt;
     }
     if (*amount <= Money()) {
@@ -123,7 +152,9 @@ std::optional<ServerRequest> parseServerValues(const QStringList &values, QStrin
     r.amount = *amount;
     const auto date = parseDate(at(12));
     if (!date) {
-        fail(QStringLiteral("Nieprawidłowa data dokumentu (pozycja 12): \"%1\" (oczekiwano dd-mm-rrrr).").arg(at(12)),
+        fail(QStringLiteral("Nieprawidłowa data dokumentu (pozycja 12): \"%1\" (oczekiwano dd-mm-rrrr lub "
+                            "rrrr-mm-dd, lata 1900-2099).")
+                 .arg(at(12)),
              error);
         return std::nullopt;
     }
@@ -131,10 +162,27 @@ std::optional<ServerRequest> parseServerValues(const QStringList &values, QStrin
     return r;
 }
 
-std::optional<qint32> StoreServerDocument(QSqlDatabase db, const ServerRequest &request, const QDate &today,
-                                          bool *contractorAdded, QString *error)
+std::optional<qint32> findServerReference(const QSqlDatabase &db, const QString &reference)
+{
+    if (reference.isEmpty())
+        return std::nullopt;
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("SELECT ZlecenieId FROM OdwolaniaSerwera WHERE Odwolanie = ?"));
+    q.addBindValue(reference);
+    if (!q.exec() || !q.next())
+        return std::nullopt;
+    return static_cast<qint32>(q.value(0).toLongLong());
+}
+
+std::optional<qint32> StoreServerDocument(QSqlDatabase db, const ServerRequest &request, const QString &reference,
+                                          bool *contractorAdded, bool *repeated, QString *error)
 {
     *contractorAdded = false;
+    *repeated = false;
+    if (const auto id = findServerReference(db, reference)) {
+        *repeated = true;
+        return id;
+    }
     QString why;
     const auto firm = FirmStore::read(db, &why);
     if (!firm) {
@@ -147,52 +195,32 @@ std::optional<qint32> StoreServerDocument(QSqlDatabase db, const ServerRequest &
         return std::nullopt;
     }
 
-    Transaction t(db);
-    if (!t.isActive()) {
-        fail(t.error(), error);
-        return std::nullopt;
-    }
-    bool added = false;
-    const auto klientId = ContractorStore::idForName(db, request.recipient, &added, error);
-    if (!klientId)
-        return std::nullopt;
+    PaymentDocument doc = PaymentDocument::newDocument(DocumentKinds::PrzelewBankowy, ChoiceLists::workingDate());
+    doc.banknr = static_cast<qint16>(request.banknr);
+    doc.bankFirmy = account.bankName;
+    doc.kontoFirmy = account.number;
+    setRecipient(doc, request.recipient);
+    doc.zaDokumentNazwa = request.title;
+    doc.wartosc = request.amount;
+    doc.dataDokumentu = request.documentDate;
 
-    QSqlQuery q(db);
-    q.prepare(QStringLiteral(
-        "INSERT INTO zlecanki (Rodzaj, banknr, bank_firmy, konto_firmy, klient_id, Klient_Nazwa, Klient_Nazwa1, "
-        "Klient_Ulica, Klient_Kod, Klient_Miasto, Klient_Nip, Klient_Bank, Klient_Konto, za_dokument_nazwa, "
-        "Wartosc, Data_dokumentu, data_sesji) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
-    const Contractor &c = request.recipient;
-    const QVariantList values = {DocumentKinds::PrzelewBankowy,
-                                 request.banknr,
-                                 account.bankName,
-                                 account.number,
-                                 *klientId,
-                                 c.nazwa,
-                                 c.nazwa1,
-                                 c.ulica,
-                                 c.kod,
-                                 c.miasto,
-                                 c.nip,
-                                 c.bankNazwa,
-                                 c.bankKonto,
-                                 request.title,
-                                 QVariant::fromValue<qlonglong>(request.amount.units()),
-                                 DateText::toIso(request.documentDate),
-                                 DateText::toIso(today)};
-    for (const QVariant &v : values)
-        q.addBindValue(v.typeId() == QMetaType::QString && v.toString().isNull() ? QVariant(QStringLiteral("")) : v);
-    if (!q.exec()) {
-        fail(Structure::explainError(q.lastError()), error);
-        return std::nullopt;
+    // The reference is written with the document: both are stored, or neither.
+    DocumentStore::Alongside keepReference;
+    if (!reference.isEmpty())
+        keepReference = [&reference](QSqlDatabase &d, qint32 id, QString *e) {
+            QSqlQuery q(d);
+            q.prepare(QStringLiteral("INSERT INTO OdwolaniaSerwera (Odwolanie, ZlecenieId) VALUES (?, ?)"));
+            q.addBindValue(reference);
+            q.addBindValue(id);
+            return q.exec() || fail(Structure::explainError(q.lastError()), e);
+        };
+    const auto id = DocumentStore::insert(db, doc, error, keepReference, contractorAdded);
+    if (!id) {
+        // Another server may have stored the same reference meanwhile: its document is the answer.
+        if (const auto earlier = findServerReference(db, reference)) {
+            *repeated = true;
+            return earlier;
+        }
     }
-    const auto id = static_cast<qint32>(q.lastInsertId().toLongLong());
-    if (!Accounts::chargeStored(db, request.banknr, request.amount, error))
-        return std::nullopt;
-    if (!t.commit()) {
-        fail(t.error(), error);
-        return std::nullopt;
-    }
-    *contractorAdded = added;
     return id;
 }

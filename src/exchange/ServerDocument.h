@@ -38,11 +38,16 @@ std::optional<ServerRequest> parseServerValues(const QStringList &values, QStrin
 // correction ("FVZK"), the number alone for anything else.
 QString serverTitle(const QString &sourceKind, const QString &sourceNumber);
 
-// Stores the transfer in the firm database `db`: the recipient is looked up by name and
-// added to the contractors when there is none of that name, the document row is added
-// (kind 1, the paying account's bank and number copied from the firm row, issued
-// `today`) and the account's stored balance is lowered by the amount, all in one
-// transaction. Returns the new document's Id, or nothing with a Polish message.
-// `contractorAdded` tells whether the dictionary grew.
-std::optional<qint32> StoreServerDocument(QSqlDatabase db, const ServerRequest &request, const QDate &today,
-                                          bool *contractorAdded, QString *error);
+// The document stored earlier under the caller's reference, if any (an empty reference
+// never matches).
+std::optional<qint32> findServerReference(const QSqlDatabase &db, const QString &reference);
+
+// Stores the transfer in the firm database `db` as the entry window stores a document:
+// the recipient is looked up by name and added to the contractors when there is none of
+// that name, the document row is added (kind 1, the paying account's bank and number
+// copied from the firm row) and the account's stored balance is lowered by the amount,
+// with the caller's non-empty `reference`, all in one transaction. A reference already
+// stored gives its document's Id back and stores nothing (`repeated`). Returns the Id,
+// or nothing with a Polish message. `contractorAdded` tells whether the dictionary grew.
+std::optional<qint32> StoreServerDocument(QSqlDatabase db, const ServerRequest &request, const QString &reference,
+                                          bool *contractorAdded, bool *repeated, QString *error);

@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "Dialogs.h"
 #include "documents/Firm.h"
+#include "SafeOutput.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 #include "documents/Accounts.h"
@@ -112,9 +113,17 @@ bool clsSerwer::UruchomZBaza(const QString &path, QString *error)
     return true;
 }
 
-std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const QString &second, QString *error)
+std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const QString &reference, QString *error,
+                                               Outcome *outcome)
 {
-    Q_UNUSED(second);
+    if (outcome)
+        *outcome = Outcome::Refused;
+    for (QChar c : reference) {
+        if (c.category() == QChar::Other_Control) {
+            fail(QStringLiteral("Odwołanie (drugi argument) zawiera znak sterujący."), error);
+            return std::nullopt;
+        }
+    }
     const auto request = parseServerValues(values, error);
     if (!request)
         return std::nullopt;
@@ -133,9 +142,21 @@ std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const 
                 server->ZamknijBaze();
         }
     } closer{this, keepOpen};
+    // A call made again after a lost answer gets the first answer, whatever has changed since
+    // (the PDF file made by then, the printer gone).
+    if (const auto earlier = findServerReference(QSqlDatabase::database(Connection, false), reference))
+        return earlier;
     if (m_readOnly) {
         fail(QStringLiteral("Plik firmy jest tylko do odczytu: %1").arg(QDir::toNativeSeparators(m_path)), error);
         return std::nullopt;
+    }
+    // The server only ever makes a new file: checked before anything is stored.
+    if (request->target == ServerRequest::Target::Pdf) {
+        const QString refused = SafeOutput::refusal(request->targetName, SafeOutput::Existing::Keep);
+        if (!refused.isEmpty()) {
+            fail(QStringLiteral("Plik PDF (pozycja 3): ") + refused, error);
+            return std::nullopt;
+        }
     }
 
     // The printer is looked up before anything is stored, so a wrong name stores nothing.
@@ -149,10 +170,14 @@ std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const 
     }
 
     bool contractorAdded = false;
-    const auto id = StoreServerDocument(QSqlDatabase::database(Connection, false), *request,
-                                        ChoiceLists::workingDate(), &contractorAdded, error);
+    bool repeated = false;
+    const auto id = StoreServerDocument(QSqlDatabase::database(Connection, false), *request, reference,
+                                        &contractorAdded, &repeated, error);
     if (!id)
         return std::nullopt;
+    // A repeated call is answered with what the first one stored; its slip is not made again.
+    if (repeated)
+        return id;
 
     // The program's window works on the same firm: its accounts and contractors follow.
     if (sameFile(firmFile(), m_path)) {
@@ -165,6 +190,8 @@ std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const 
         QString why;
         if (!print(*request, *id, std::move(printer), &why)) {
             fail(QStringLiteral("Dokument nr %1 zapisano, ale nie udało się go wydrukować: %2").arg(*id).arg(why), error);
+            if (outcome)
+                *outcome = Outcome::NotPrinted;
             return std::nullopt;
         }
     }
@@ -182,7 +209,8 @@ bool clsSerwer::print(const ServerRequest &request, qint32 id, std::unique_ptr<P
     records.firm = FirmStore::read(db).value_or(FirmData{});
 
     if (request.target == ServerRequest::Target::Pdf)
-        surface = std::make_unique<PdfSurface>(request.targetName, QStringLiteral("Zlecanki %1").arg(id));
+        surface = std::make_unique<PdfSurface>(request.targetName, SafeOutput::Existing::Keep,
+                                               QStringLiteral("Zlecanki %1").arg(id));
 
     // The slip follows this firm's print settings in the server's own font; the program's
     // state is put back afterwards, as its window may be working on another firm.
@@ -204,7 +232,5 @@ bool clsSerwer::print(const ServerRequest &request, qint32 id, std::unique_ptr<P
     if (!printed || !quiet.errors.isEmpty())
         return fail(quiet.errors.isEmpty() ? QStringLiteral("drukarka odmówiła wydruku.") : quiet.errors.join(QLatin1Char(' ')),
                     error);
-    if (request.target == ServerRequest::Target::Pdf && !QFileInfo::exists(request.targetName))
-        return fail(QStringLiteral("nie powstał plik %1").arg(QDir::toNativeSeparators(request.targetName)), error);
     return true;
 }

@@ -39,10 +39,18 @@ public:
     // Starts the program's window on the firm, through the starter the host installed.
     bool UruchomZBaza(const QString &path, QString *error = nullptr);
 
+    // How a call that gave no Id ended.
+    enum class Outcome {
+        Refused,    // nothing was stored
+        NotPrinted, // the document was stored (its Id is in the message) but not printed
+    };
+
     // Issues one bank transfer from the fourteen values (see ServerRequest), prints it when
     // position 3 asks, and returns the new document's Id. A bad request stores nothing.
-    // `second` is the caller's own reference; it is not used.
-    std::optional<qint32> WystawPrzelew(const QStringList &values, const QString &second, QString *error = nullptr);
+    // `reference` is the caller's own name for the transfer: a non-empty one already
+    // stored gives that document's Id again, and nothing is stored or printed.
+    std::optional<qint32> WystawPrzelew(const QStringList &values, const QString &reference, QString *error = nullptr,
+                                        Outcome *outcome = nullptr);
 
     void setPrinterFactory(PrinterFactory factory) { m_printerFactory = std::move(factory); }
     void setStarter(Starter starter) { m_starter = std::move(starter); }

@@ -50,11 +50,14 @@ ListArea listArea(PrintEngine &engine, qreal height)
 
 } // namespace
 
-Money CollectiveStatement::total() const
+std::optional<Money> CollectiveStatement::total() const
 {
-    Money sum;
-    for (const Money &m : amounts)
-        sum += m;
+    std::optional<Money> sum = Money();
+    for (const Money &m : amounts) {
+        sum = sum->checkedAdd(m);
+        if (!sum)
+            break;
+    }
     return sum;
 }
 
@@ -95,7 +98,7 @@ qsizetype DrukZestawienia(PrintEngine &engine, const CollectiveStatement &statem
 
     const qreal footer = top + height - L.band;
     engine.DrukTekst(QStringLiteral("Data: ") + DateText::format(statement.date), left, footer + L.date);
-    engine.DrukTekst(QStringLiteral("Razem:  ") + Kwota(statement.total()), left, footer + L.total);
+    engine.DrukTekst(QStringLiteral("Razem:  ") + (statement.total() ? Kwota(*statement.total()) : QStringLiteral("poza zakresem")), left, footer + L.total);
     engine.DrukTekst(QStringLiteral("Ilość przelewów: ") + QString::number(statement.amounts.size()), left,
                      footer + L.count);
     const QString dots = QStringLiteral("................................");

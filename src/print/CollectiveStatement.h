@@ -3,6 +3,8 @@
 #include "Money.h"
 
 #include <QDate>
+
+#include <optional>
 #include <QList>
 #include <QMetaType>
 #include <QString>
@@ -18,7 +20,8 @@ struct CollectiveStatement {
     QDate date;
     QList<Money> amounts;
 
-    Money total() const;
+    // Nothing when the sum cannot be held.
+    std::optional<Money> total() const;
 };
 Q_DECLARE_METATYPE(CollectiveStatement)
 

@@ -105,11 +105,11 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
     return run(*surface, passes);
 }
 
-bool PrintEngine::saveAsPdf(const Job &job, const QString &fileName)
+bool PrintEngine::saveAsPdf(const Job &job, const QString &fileName, SafeOutput::Existing existing)
 {
     m_job = job;
     m_job.saving = true;
-    PdfSurface surface(fileName);
+    PdfSurface surface(fileName, existing);
     const bool ok = run(surface, 1);
     m_job.saving = false;
     return ok;
@@ -140,6 +140,8 @@ bool PrintEngine::run(PrintSurface &surface, int passes)
     if (!m_begun && !m_failed && surface.keepsEmptyJob())
         ensurePage();
     const bool ok = !m_failed && (!m_begun || surface.end(m_painter));
+    if (!ok && !m_failed && !surface.failure().isEmpty())
+        dialogs().exclamation(surface.failure(), Msg(51));
     m_surface = nullptr;
     m_begun = false;
     return ok;
@@ -162,7 +164,8 @@ bool PrintEngine::ensurePage()
     if (!m_begun) {
         if (!m_surface->begin(m_painter)) {
             m_failed = true;
-            dialogs().exclamation(Msg(80), Msg(51));
+            const QString why = m_surface->failure();
+            dialogs().exclamation(why.isEmpty() ? Msg(80) : why, Msg(51));
             return false;
         }
         m_begun = true;

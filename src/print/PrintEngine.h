@@ -58,8 +58,9 @@ public:
     void setNextAnswers(const QVariantMap &answers) { m_nextAnswers = answers; }
     // Runs the driver of the stored procedure word on the current surface.
     void Wykonaj();
-    // Renders a job once more into a PDF file (the preview's "Zapisz").
-    bool saveAsPdf(const Job &job, const QString &fileName);
+    // Renders a job once more into a PDF file (the preview's "Zapisz"); a failure has
+    // been shown to the user.
+    bool saveAsPdf(const Job &job, const QString &fileName, SafeOutput::Existing existing);
 
     // The drivers by procedure word ("dprzelew", "dprzelewZus", "zbiorowka", "raport").
     void setDriver(const QString &procedure, Driver driver);

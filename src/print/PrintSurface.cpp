@@ -19,8 +19,12 @@ QSizeF twips(const QPageLayout &layout)
 
 } // namespace
 
-PdfSurface::PdfSurface(const QString &fileName, const QString &title) : m_writer(std::make_unique<QPdfWriter>(fileName))
+PdfSurface::PdfSurface(const QString &fileName, SafeOutput::Existing existing, const QString &title)
+    : m_file(fileName, existing)
 {
+    if (!m_file.isOpen())
+        return;
+    m_writer = std::make_unique<QPdfWriter>(m_file.device());
     m_writer->setResolution(1200);
     m_writer->setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF()));
     m_writer->setCreator(QStringLiteral("Zlecanki"));
@@ -31,7 +35,7 @@ PdfSurface::~PdfSurface() = default;
 
 bool PdfSurface::begin(QPainter &painter)
 {
-    if (!painter.begin(m_writer.get()))
+    if (!m_writer || !painter.begin(m_writer.get()))
         return false;
     useTwips(painter, m_writer->resolution(), m_writer->resolution());
     return true;
@@ -46,17 +50,18 @@ bool PdfSurface::newPage(QPainter &painter)
 
 bool PdfSurface::end(QPainter &painter)
 {
-    return painter.end();
+    const bool ended = painter.end();
+    return ended && m_file.commit();
 }
 
 QSizeF PdfSurface::pageSizeTwips() const
 {
-    return twips(m_writer->pageLayout());
+    return m_writer ? twips(m_writer->pageLayout()) : QSizeF(11906, 16838);
 }
 
 bool PdfSurface::setOrientation(QPageLayout::Orientation orientation)
 {
-    return m_writer->setPageOrientation(orientation);
+    return m_writer && m_writer->setPageOrientation(orientation);
 }
 
 PreviewSurface::PreviewSurface(QSizeF pageTwips) : m_page(pageTwips) {}

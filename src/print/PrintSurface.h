@@ -6,6 +6,8 @@
 #include <QSizeF>
 #include <QString>
 
+#include "SafeOutput.h"
+
 #include <memory>
 
 class QPainter;
@@ -43,15 +45,18 @@ public:
     // Whether a job that drew nothing still makes one blank page (a file or the preview
     // does; a sheet of paper is not wasted).
     virtual bool keepsEmptyJob() const { return isPreview(); }
+    // Why begin() or end() failed, in Polish, when the surface knows better than "no printer".
+    virtual QString failure() const { return QString(); }
 
     // Scales `painter`, begun on a device of the given resolution, to twips.
     static void useTwips(QPainter &painter, qreal dpiX, qreal dpiY);
 };
 
-// A PDF file, A4.
+// A PDF file, A4. It is written beside the target and takes its place only when the
+// job ends well; `existing` says whether a file already there may be replaced.
 class PdfSurface : public PrintSurface {
 public:
-    explicit PdfSurface(const QString &fileName, const QString &title = QString());
+    PdfSurface(const QString &fileName, SafeOutput::Existing existing, const QString &title = QString());
     ~PdfSurface() override;
     bool begin(QPainter &painter) override;
     bool newPage(QPainter &painter) override;
@@ -59,8 +64,10 @@ public:
     QSizeF pageSizeTwips() const override;
     bool setOrientation(QPageLayout::Orientation orientation) override;
     bool keepsEmptyJob() const override { return true; }
+    QString failure() const override { return m_file.error(); }
 
 private:
+    SafeOutput::File m_file;
     std::unique_ptr<QPdfWriter> m_writer;
 };
 

@@ -6,6 +6,7 @@
 #include "documents/Firm.h"
 #include "ReportRegister.h"
 #include "ReportWorkbook.h"
+#include "SafeOutput.h"
 #include "StartupSettings.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
@@ -20,7 +21,7 @@
 namespace {
 
 const QString Usage = QStringLiteral("Użycie: zlecanki raport --firma PLIK --rodzaj 1..4 (--rok RRRR | --miesiac M | "
-                                     "--od dd-mm-rrrr --do dd-mm-rrrr) [--xlsx PLIK.xlsx] [--pdf PLIK.pdf]");
+                                     "--od dd-mm-rrrr --do dd-mm-rrrr) [--xlsx PLIK.xlsx] [--pdf PLIK.pdf] [--nadpisz]");
 
 void err(const QString &text)
 {
@@ -31,6 +32,7 @@ void err(const QString &text)
 struct Options {
     QString firm, xlsx, pdf;
     Reports::Criteria criteria;
+    bool replace = false;
     QString error;
 };
 
@@ -44,6 +46,10 @@ Options parse(const QStringList &args)
     for (qsizetype i = 0; i < args.size(); ++i) {
         QString name = args.at(i);
         QString value;
+        if (name == QLatin1String("--nadpisz")) {
+            o.replace = true;
+            continue;
+        }
         if (name.contains(QLatin1Char('='))) {
             value = name.section(QLatin1Char('='), 1);
             name = name.section(QLatin1Char('='), 0, 0);
@@ -118,11 +124,21 @@ int reportCommand(const QStringList &args)
         err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(o.firm)));
         return 1;
     }
+    const auto existing = o.replace ? SafeOutput::Existing::Replace : SafeOutput::Existing::Keep;
+    for (const QString &target : {o.xlsx, o.pdf}) {
+        const QString refused = target.isEmpty() ? QString() : SafeOutput::refusal(target, existing);
+        if (!refused.isEmpty()) {
+            err(QStringLiteral("Raport nie został zapisany: ") + refused);
+            return 1;
+        }
+    }
     StartupSettings::loadFontsAndPrintOptions();
     if (!OpenDb(firm))
         return 1;
     QString error;
-    const auto list = Reports::buildRegister(Db(), o.criteria, &error);
+    Reports::Criteria criteria = o.criteria;
+    criteria.choiceInMemory = firmReadOnly();
+    const auto list = Reports::buildRegister(Db(), criteria, &error);
     if (!list) {
         err(error);
         CloseDb();
@@ -131,7 +147,7 @@ int reportCommand(const QStringList &args)
     const Reports::Report report{Reports::makeHeading(Db(), o.criteria, appState().today), *list};
 
     int code = 0;
-    if (!o.xlsx.isEmpty() && !ReportWorkbook::write(QFileInfo(o.xlsx).absoluteFilePath(), report, &error)) {
+    if (!o.xlsx.isEmpty() && !ReportWorkbook::write(QFileInfo(o.xlsx).absoluteFilePath(), report, existing, &error)) {
         err(QStringLiteral("Raport nie został zapisany: ") + error);
         code = 1;
     }
@@ -141,13 +157,13 @@ int reportCommand(const QStringList &args)
         registerReportDriver();
         PrintEngine &engine = PrintEngine::instance();
         engine.setPrinterFactory([&]() -> std::unique_ptr<PrintSurface> {
-            return std::make_unique<PdfSurface>(pdf, Reports::reportName(o.criteria.kindIndex));
+            return std::make_unique<PdfSurface>(pdf, existing, Reports::reportName(o.criteria.kindIndex));
         });
         engine.setNextCopies(1);
         const bool printed = engine.Drukuj(QStringLiteral("raport"), QVariant::fromValue(report),
                                            QPageLayout::Portrait, false, QStringLiteral("raport"));
         engine.setPrinterFactory(nullptr);
-        if (!printed || !QFileInfo::exists(pdf)) {
+        if (!printed) {
             err(QStringLiteral("Nie udało się wydrukować raportu do %1.").arg(QDir::toNativeSeparators(pdf)));
             code = 1;
         }

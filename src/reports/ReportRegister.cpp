@@ -42,14 +42,23 @@ std::optional<Register> buildRegister(QSqlDatabase db, const Criteria &criteria,
                       period.sql;
         // Ticked contractors: their marks choose the documents, by the contractor each
         // document was issued to.
-        if (criteria.contractors == ContractorChoice::Ticked)
+        QVariantList ticked;
+        if (criteria.contractors == ContractorChoice::Ticked && criteria.choiceInMemory) {
+            QStringList marks;
+            for (qint32 id : criteria.tickedIds) {
+                marks << QStringLiteral("?");
+                ticked << id;
+            }
+            sql += QStringLiteral(" AND KLIENT_ID IN (") + marks.join(QLatin1Char(',')) + QLatin1Char(')');
+        } else if (criteria.contractors == ContractorChoice::Ticked) {
             sql += QStringLiteral(" AND KLIENT_ID IN (SELECT ID FROM Kontrahenci WHERE WYBRANY=1)");
+        }
         sql += QStringLiteral(" ORDER BY DATA_DOKUMENTU, ID");
         QSqlQuery q(db);
         q.setForwardOnly(true);
         bool ok = q.prepare(sql);
         q.addBindValue(criteria.kindIndex + 1);
-        for (const QVariant &v : period.values)
+        for (const QVariant &v : period.values + ticked)
             q.addBindValue(v);
         ok = ok && q.exec();
         while (ok && q.next()) {
@@ -59,17 +68,27 @@ std::optional<Register> buildRegister(QSqlDatabase db, const Criteria &criteria,
             r.title = q.value(2).toString();
             // Null is 0; the row counts with the amount as the list shows it.
             r.amount = Money::fromUnits(q.value(3).toLongLong()).roundedToGrosze();
-            list.total += r.amount;
+            const auto total = list.total.checkedAdd(r.amount);
+            if (!total) {
+                if (error)
+                    *error = QStringLiteral("Suma dokumentów tego okresu jest za duża, by ją zapisać; raportu nie "
+                                            "utworzono. Wybierz krótszy okres.");
+                if (!criteria.choiceInMemory)
+                    ClearContractorMarks(db);
+                return std::nullopt;
+            }
+            list.total = *total;
             list.rows.append(std::move(r));
         }
         if (!ok) {
             if (error)
                 *error = Structure::explainError(q.lastError());
-            ClearContractorMarks(db);
+            if (!criteria.choiceInMemory)
+                ClearContractorMarks(db);
             return std::nullopt;
         }
     }
-    if (!ClearContractorMarks(db, error))
+    if (!criteria.choiceInMemory && !ClearContractorMarks(db, error))
         return std::nullopt;
     return list;
 }

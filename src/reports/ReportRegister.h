@@ -31,6 +31,10 @@ struct Criteria {
     Period period;
     ContractorChoice contractors = ContractorChoice::All;
     QStringList tickedNames; // for the caption; the marks in the database choose the rows
+    // A firm that cannot be written keeps the choice here instead of in the marks: the
+    // ticked contractors' Ids choose the rows and no mark is touched.
+    bool choiceInMemory = false;
+    QList<qint32> tickedIds;
 };
 
 struct ReportRow {

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QIODevice>
 
 namespace ReportWorkbook {
 
@@ -111,20 +112,25 @@ private:
 
 } // namespace
 
-bool write(const QString &path, const Reports::Report &report, QString *error)
+bool write(const QString &path, const Reports::Report &report, SafeOutput::Existing existing, QString *error)
 {
     const auto fail = [&](const QString &why) {
-        QFile::remove(path);
         if (error)
             *error = why;
         return false;
     };
+    // The library writes by name: into a temporary file beside the target, moved into
+    // place only when the workbook is whole.
+    SafeOutput::File file(path, existing);
+    if (!file.isOpen())
+        return fail(file.error());
+    file.device()->close();
     QByteArray tmpdir = QFile::encodeName(QDir::tempPath());
     // Rows go to a scratch file as they are written, so a long register takes little memory.
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
     options.tmpdir = tmpdir.data();
-    lxw_workbook *book = workbook_new_opt(QFile::encodeName(path).constData(), &options);
+    lxw_workbook *book = workbook_new_opt(QFile::encodeName(file.tempPath()).constData(), &options);
     if (!book)
         return fail(QStringLiteral("Nie można utworzyć pliku %1.").arg(QDir::toNativeSeparators(path)));
     lxw_worksheet *sheet = workbook_add_worksheet(book, "Raport");
@@ -137,10 +143,41 @@ bool write(const QString &path, const Reports::Report &report, QString *error)
     const lxw_error written = writer.error();
     const lxw_error closed = workbook_close(book);
     if (written != LXW_NO_ERROR)
-        return fail(QString::fromUtf8(lxw_strerror(written)));
+        return fail(errorText(written));
     if (closed != LXW_NO_ERROR)
-        return fail(QString::fromUtf8(lxw_strerror(closed)));
+        return fail(errorText(closed));
+    if (!file.commit())
+        return fail(file.error());
     return true;
+}
+
+QString errorText(int code)
+{
+    switch (code) {
+    case LXW_ERROR_MEMORY_MALLOC_FAILED:
+        return QStringLiteral("Zabrakło pamięci na arkusz.");
+    case LXW_ERROR_CREATING_XLSX_FILE:
+        return QStringLiteral("Nie można utworzyć pliku arkusza (brak uprawnień lub miejsca na dysku).");
+    case LXW_ERROR_CREATING_TMPFILE:
+    case LXW_ERROR_READING_TMPFILE:
+        return QStringLiteral("Nie można zapisać ani odczytać pliku roboczego w folderze plików tymczasowych.");
+    case LXW_ERROR_ZIP_FILE_OPERATION:
+    case LXW_ERROR_ZIP_PARAMETER_ERROR:
+    case LXW_ERROR_ZIP_BAD_ZIP_FILE:
+    case LXW_ERROR_ZIP_INTERNAL_ERROR:
+    case LXW_ERROR_ZIP_FILE_ADD:
+    case LXW_ERROR_ZIP_CLOSE:
+        return QStringLiteral("Nie udało się zapisać pliku arkusza (brak miejsca na dysku lub błąd zapisu).");
+    case LXW_ERROR_32_STRING_LENGTH_EXCEEDED:
+    case LXW_ERROR_128_STRING_LENGTH_EXCEEDED:
+    case LXW_ERROR_255_STRING_LENGTH_EXCEEDED:
+    case LXW_ERROR_MAX_STRING_LENGTH_EXCEEDED:
+        return QStringLiteral("Tekst jest za długi dla komórki arkusza.");
+    case LXW_ERROR_WORKSHEET_INDEX_OUT_OF_RANGE:
+        return QStringLiteral("Raport ma więcej wierszy lub kolumn, niż mieści arkusz.");
+    default:
+        return QStringLiteral("Błąd zapisu arkusza nr %1.").arg(code);
+    }
 }
 
 QString freeFileName(const QString &folder, const QString &name)

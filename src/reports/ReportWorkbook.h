@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ReportRegister.h"
+#include "SafeOutput.h"
 
 #include <QString>
 
@@ -9,8 +10,12 @@
 // "Ogółem" row as a sum that the spreadsheet can recompute.
 namespace ReportWorkbook {
 
-// Writes the workbook to `path`; on failure nothing is left at `path` and `error` says why.
-bool write(const QString &path, const Reports::Report &report, QString *error = nullptr);
+// Writes the workbook to `path`; on failure a file already there is as it was, none is
+// left when there was none, and `error` says why in Polish.
+bool write(const QString &path, const Reports::Report &report, SafeOutput::Existing existing,
+           QString *error = nullptr);
+// The library's error code in words.
+QString errorText(int code);
 
 // `folder`/`name`.xlsx, or with "_1", "_2"... after the name when that file exists.
 QString freeFileName(const QString &folder, const QString &name);

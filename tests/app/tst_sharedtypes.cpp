@@ -4,12 +4,16 @@
 
 #include <QTest>
 
+#include <limits>
+
 class TestSharedTypes : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void moneyText_data();
     void moneyText();
     void moneyArithmeticIsExact();
+    void amountFromOutside_data();
+    void amountFromOutside();
     void parseDate_data();
     void parseDate();
     void isoRoundTrip();
@@ -73,6 +77,37 @@ void TestSharedTypes::moneyArithmeticIsExact()
     QCOMPARE(sum, Money::fromZlote(1000));
     QCOMPARE(Money::fromUnits(-1).exactText(), QStringLiteral("-0.0001"));
     QCOMPARE(Money::fromUnits(125000).exactText(), QStringLiteral("12.5"));
+    // Sums that cannot be held are refused, not wrapped round to a negative amount.
+    const Money most = Money::fromUnits(std::numeric_limits<qint64>::max());
+    QVERIFY(!most.checkedAdd(Money::fromUnits(1)));
+    QVERIFY(!(-most).checkedSub(Money::fromUnits(2)));
+    QCOMPARE(most.checkedAdd(-most), Money());
+}
+
+void TestSharedTypes::amountFromOutside_data()
+{
+    // Amounts handed in by other programs: what is refused, and why.
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("refusal"); // empty: taken
+    QTest::newRow("two decimals") << "1 234,56" << "";
+    QTest::newRow("the limit") << "999 999 999 999,99" << "";
+    QTest::newRow("negative limit") << "-999 999 999 999,99" << "";
+    QTest::newRow("trailing zeros") << "1,5000" << "";
+    QTest::newRow("three decimals") << "1,005" << "dwa miejsca";
+    QTest::newRow("a grosz above the limit") << "1 000 000 000 000,00" << "999 999 999 999,99";
+    QTest::newRow("no amount") << "12 zł" << "nie jest kwota";
+}
+
+void TestSharedTypes::amountFromOutside()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, refusal);
+    QString why;
+    const auto m = Money::parseAmount(text, &why);
+    QCOMPARE(m.has_value(), refusal.isEmpty());
+    QVERIFY2(why.contains(refusal), qPrintable(why));
+    if (m)
+        QCOMPARE(*m, *Money::parse(text));
 }
 
 void TestSharedTypes::parseDate_data()

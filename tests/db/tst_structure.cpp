@@ -97,7 +97,7 @@ void TestStructure::tablesOfNewDatabase()
     QSqlDatabase db = openNew(false);
     QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|17;KONTRAHENCI|10;ZLECANKI|18"));
     UpgradeStructure(db);
-    QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;Ustawienia|7;Ustawienia2|2;ZLECANKI|30")
+    QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;OdwolaniaSerwera|2;Ustawienia|7;Ustawienia2|2;ZLECANKI|30")
                             .arg(17 + 7 * 3 + 6 + 30 * 3));
 }
 
@@ -144,7 +144,7 @@ void TestStructure::indexesAndCounters()
     // Documents, contractors and scheduled payments are keyed by a counter that never reuses a number.
     QCOMPARE(queryRows(db, QStringLiteral("SELECT m.name, p.name FROM sqlite_master m, pragma_table_info(m.name) p "
                                      "WHERE p.pk ORDER BY m.name")),
-             QStringLiteral("CYKLICZNE|ID;KONTRAHENCI|ID;ZLECANKI|ID"));
+             QStringLiteral("CYKLICZNE|ID;KONTRAHENCI|ID;OdwolaniaSerwera|Odwolanie;ZLECANKI|ID"));
     for (const char *sql : {"INSERT INTO zlecanki (RODZAJ) VALUES (1)", "INSERT INTO zlecanki (RODZAJ) VALUES (1)",
                             "DELETE FROM zlecanki WHERE ID=2", "INSERT INTO zlecanki (RODZAJ) VALUES (1)"})
         QVERIFY2(exec(db, QLatin1String(sql)), sql);

@@ -238,6 +238,14 @@ void TestDocuments::failedSaveChangesNothing()
     QVERIFY(!FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set(), &error));
     QCOMPARE(storedBalance(1), zl("100"));
     QCOMPARE(stored(QStringLiteral("SELECT NAZWA FROM firma")), QString());
+
+    // A balance that the charge would carry past what can be held: refused, never wrapped.
+    QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("UPDATE firma SET STAN_KONTA1 = -9223372036854775000")));
+    doc.zaDokumentNazwa = QStringLiteral("Faktura 1");
+    QVERIFY(!DocumentStore::insert(Db(), doc, &error));
+    QVERIFY2(error.contains(QStringLiteral("poza zakres")), qPrintable(error));
+    QCOMPARE(count("zlecanki"), 0);
+    QCOMPARE(storedBalance(1), Money::fromUnits(-9223372036854775000LL));
 }
 
 void TestDocuments::recipientJoinsDictionaryOnce()

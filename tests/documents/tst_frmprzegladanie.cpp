@@ -97,7 +97,7 @@ void TestFrmPrzegladanie::init()
             e.DrukTekst(QStringLiteral("x"), 0, 0);
         });
     PrintEngine::instance().setPrinterFactory(
-        [this] { return std::make_unique<PdfSurface>(m_env->newPath(QStringLiteral("out.pdf"))); });
+        [this] { return std::make_unique<PdfSurface>(m_env->newPath(QStringLiteral("out.pdf")), SafeOutput::Existing::Replace); });
     m_dialogs->clear();
 }
 

@@ -3,6 +3,8 @@
 #include "PdfReader.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
+#include "exchange/clsSerwer.h"
+#include "print/PrintSurface.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -10,9 +12,14 @@
 #include <QDBusMetaType>
 #include <QFile>
 #include <QProcess>
+#include <QRandomGenerator>
+#include <QSqlQuery>
 #include <QTest>
+#include <QThread>
 
 #include <memory>
+
+#include <csignal>
 
 // The automation object as the suite's programs use it: the bus starts the program by its
 // service file, calls come from other processes (gdbus, and this test's own connection),
@@ -27,7 +34,8 @@ private Q_SLOTS:
     void badCallsStoreNothing();
     void printsPdf();
     void openAndClose();
-    void thousandInARow();
+    void notPrintedThenRepeated();
+    void killedDuringCalls();
     void quitsWhenIdleAndStartsAgain();
 
 private:
@@ -157,7 +165,7 @@ void TestAutomation::issues()
     v[9] = number;
     v[10] = amount;
     bool ok = false;
-    const QString out = gdbus(QStringLiteral("WystawPrzelew"), {gvariant(v), gvariant(QStringLiteral("FZ 12/2026"))}, &ok);
+    const QString out = gdbus(QStringLiteral("WystawPrzelew"), {gvariant(v), gvariant(kind + QLatin1Char(' ') + number)}, &ok);
     QVERIFY2(ok, qPrintable(out));
     const int id = out.mid(1, out.indexOf(QLatin1Char(',')) - 1).toInt();
     QVERIFY2(id > 0, qPrintable(out));
@@ -191,6 +199,16 @@ void TestAutomation::badCallsStoreNothing_data()
     QTest::newRow("unknown printer") << 3 << "brak-takiej-drukarki" << "Nie ma drukarki";
     QTest::newRow("relative PDF") << 3 << "pdf:wydruk.pdf" << "pełną ścieżką";
     QTest::newRow("no recipient") << 4 << "  " << "nazwy odbiorcy";
+    QTest::newRow("four decimals") << 11 << "1,0050" << "dwa miejsca po przecinku";
+    QTest::newRow("above the limit") << 11 << "1 000 000 000 000,00" << "999 999 999 999,99";
+    QTest::newRow("beyond any amount") << 11 << "922337203685477,58" << "999 999 999 999,99";
+    QTest::newRow("relative firm") << 1 << "firma.zlc" << "pełną ścieżką";
+    QTest::newRow("date with a time") << 12 << "2026-03-05T10:00" << "Nieprawidłowa data";
+    QTest::newRow("year 2100") << 12 << "01-01-2100" << "lata 1900-2099";
+    QTest::newRow("line break in a name") << 4 << "Hurtownia\nGęśla" << "znak sterujący";
+    QTest::newRow("PDF onto the firm") << 3 << "pdf:@firm" << "bazą danych";
+    QTest::newRow("PDF onto a device") << 3 << "pdf:/dev/full" << "nie jest zwykłym plikiem";
+    QTest::newRow("PDF onto an existing file") << 3 << "pdf:@old" << "już istnieje";
 }
 
 void TestAutomation::badCallsStoreNothing()
@@ -201,16 +219,21 @@ void TestAutomation::badCallsStoreNothing()
     const QString state = QStringLiteral("SELECT (SELECT count(*) FROM zlecanki) || '|' || (SELECT count(*) FROM "
                                          "kontrahenci) || '|' || (SELECT STAN_KONTA1 FROM firma)");
     const QString before = stored(state);
+    const QString old = m_env->newPath(QStringLiteral("stary.pdf"));
+    QFile f(old);
+    QVERIFY(f.open(QIODevice::WriteOnly) && f.write("stary") == 5);
+    f.close();
     QStringList v = values(QStringLiteral("Nikt Nowy"));
     if (position == 0)
         v.removeLast();
     else
-        v[position - 1] = value;
-    const QDBusMessage reply = call(QStringLiteral("WystawPrzelew"), {v, QString()});
+        v[position - 1] = QString(value).replace(QStringLiteral("@firm"), m_firm).replace(QStringLiteral("@old"), old);
+    const QDBusMessage reply = call(QStringLiteral("WystawPrzelew"), {v, QStringLiteral("odrzucone")});
     QCOMPARE(reply.type(), QDBusMessage::ErrorMessage);
     QCOMPARE(reply.errorName(), QStringLiteral("pl.kontorian.Zlecanki.Blad"));
     QVERIFY2(reply.errorMessage().contains(message), qPrintable(reply.errorMessage()));
     QCOMPARE(stored(state), before);
+    QVERIFY(f.open(QIODevice::ReadOnly) && f.readAll() == "stary");
 }
 
 void TestAutomation::printsPdf()
@@ -242,27 +265,108 @@ void TestAutomation::openAndClose()
     QVERIFY(ok);
 }
 
-void TestAutomation::thousandInARow()
+void TestAutomation::notPrintedThenRepeated()
 {
+    // In this process, with a printer that takes no job: the transfer is stored all the same,
+    // and the caller learns that (and its Id) from the answer.
+    struct Jammed : PrintSurface {
+        bool begin(QPainter &) override { return false; }
+        bool newPage(QPainter &) override { return false; }
+        bool end(QPainter &) override { return false; }
+        QSizeF pageSizeTwips() const override { return {11906, 16838}; }
+        bool setOrientation(QPageLayout::Orientation) override { return true; }
+        QString failure() const override { return QStringLiteral("zacięty papier"); }
+    };
+    clsSerwer server;
+    server.setPrinterFactory([](const QString &) { return std::make_unique<Jammed>(); });
+    const QString documents = QStringLiteral("SELECT count(*) FROM zlecanki");
+    const QString balance = QStringLiteral("SELECT STAN_KONTA1 FROM firma");
+    const qlonglong countBefore = count(documents), balanceBefore = count(balance);
+    QStringList v = values(QStringLiteral("Zakłady Zacięte"));
+    v[2] = QStringLiteral("drukarka-w-biurze");
+    QString error;
+    auto outcome = clsSerwer::Outcome::Refused;
+    QVERIFY(!server.WystawPrzelew(v, QStringLiteral("FZ/7/2026"), &error, &outcome));
+    QCOMPARE(outcome, clsSerwer::Outcome::NotPrinted);
+    QVERIFY2(error.contains(QStringLiteral("zacięty papier")), qPrintable(error));
+    const qlonglong id = count(QStringLiteral("SELECT max(ID) FROM zlecanki"));
+    QVERIFY2(error.contains(QStringLiteral("Dokument nr %1 zapisano").arg(id)), qPrintable(error));
+    QCOMPARE(count(documents), countBefore + 1);
+
+    // Called again with the same reference, over the bus as well: the same Id, nothing new,
+    // even where the first call's PDF file is there by now.
+    v[2].clear();
+    QCOMPARE(server.WystawPrzelew(v, QStringLiteral("FZ/7/2026"), &error).value_or(0), id);
+    const QString pdf = m_env->newPath(QStringLiteral("pierwszy.pdf"));
+    QFile made(pdf);
+    QVERIFY(made.open(QIODevice::WriteOnly) && made.write("%PDF") == 4);
+    made.close();
+    v[2] = QStringLiteral("pdf:") + pdf;
+    const QDBusMessage reply = call(QStringLiteral("WystawPrzelew"), {v, QStringLiteral("FZ/7/2026")});
+    QCOMPARE(reply.arguments().value(0).toLongLong(), id);
+    QCOMPARE(count(documents), countBefore + 1);
+    QCOMPARE(count(balance), balanceBefore - 12345000);
+    // An empty reference is no reference: each such call is a transfer of its own.
+    v[2].clear();
+    QVERIFY(server.WystawPrzelew(v, QString(), &error).value_or(id) != id);
+    QCOMPARE(count(documents), countBefore + 2);
+}
+
+void TestAutomation::killedDuringCalls()
+{
+    // The caller's way through crashes: a call without an answer is made again with the same
+    // reference. The automation copy is killed at random moments of its calls; afterwards every
+    // reference has exactly one document, with its values, and the balance is exact.
+    QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
     const qlonglong balance = count(QStringLiteral("SELECT STAN_KONTA1 FROM firma"));
     const qlonglong documents = count(QStringLiteral("SELECT count(*) FROM zlecanki"));
+    constexpr int Calls = 1000;
+    QRandomGenerator random(16);
     qlonglong total = 0;
-    QSet<int> ids;
-    for (int i = 1; i <= 1000; ++i) {
+    QHash<QString, int> ids;
+    int kills = 0;
+    for (int i = 1; i <= Calls; ++i) {
+        const QString reference = QStringLiteral("K/%1").arg(i);
         QStringList v = values(QStringLiteral("Odbiorca %1").arg(i % 7));
         v[9] = QStringLiteral("SERIA/%1").arg(i);
         v[10] = QStringLiteral("%1,%2").arg(i).arg(i % 100, 2, 10, QLatin1Char('0'));
         total += qlonglong(i) * 10000 + (i % 100) * 100;
-        const QDBusMessage reply = call(QStringLiteral("WystawPrzelew"), {v, QString()});
-        QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
-        ids.insert(reply.arguments().value(0).toInt());
+        for (int attempt = 0; attempt < 20 && !ids.contains(reference); ++attempt) {
+            QDBusMessage m = QDBusMessage::createMethodCall(Service, QStringLiteral("/clsSerwer"),
+                                                            QStringLiteral("pl.kontorian.Zlecanki.clsSerwer"),
+                                                            QStringLiteral("WystawPrzelew"));
+            m.setArguments({v, reference});
+            QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(m, 30000);
+            if (i % 25 == 0 && i < Calls && attempt == 0) {
+                const uint pid = bus->servicePid(Service).value();
+                QThread::usleep(random.bounded(4000));
+                if (pid > 0 && ::kill(pid_t(pid), SIGKILL) == 0)
+                    ++kills;
+            }
+            pending.waitForFinished();
+            const QDBusMessage reply = pending.reply();
+            if (reply.type() == QDBusMessage::ReplyMessage)
+                ids.insert(reference, reply.arguments().value(0).toInt());
+        }
+        QVERIFY2(ids.contains(reference), qPrintable(reference));
     }
-    QCOMPARE(ids.size(), 1000);
-    QCOMPARE(count(QStringLiteral("SELECT count(*) FROM zlecanki")), documents + 1000);
-    QCOMPARE(count(QStringLiteral("SELECT count(DISTINCT ZA_DOKUMENT_NAZWA) FROM zlecanki WHERE ZA_DOKUMENT_NAZWA "
-                                   "LIKE 'Zapłata za: SERIA/%'")),
-             1000LL);
+    QVERIFY(kills >= Calls / 50);
+    QCOMPARE(count(QStringLiteral("SELECT count(*) FROM zlecanki")), documents + Calls);
     QCOMPARE(count(QStringLiteral("SELECT STAN_KONTA1 FROM firma")), balance - total);
+    // Each reference names its own document, the one its call was answered with.
+    QSqlQuery q(Db());
+    QVERIFY(q.exec(QStringLiteral("SELECT o.Odwolanie, z.ID, z.ZA_DOKUMENT_NAZWA, z.WARTOSC FROM OdwolaniaSerwera o "
+                                  "JOIN zlecanki z ON z.ID = o.ZlecenieId WHERE o.Odwolanie LIKE 'K/%'")));
+    int checked = 0;
+    while (q.next()) {
+        const QString reference = q.value(0).toString();
+        const int i = reference.mid(2).toInt();
+        QCOMPARE(q.value(1).toInt(), ids.value(reference));
+        QCOMPARE(q.value(2).toString(), QStringLiteral("Zapłata za: SERIA/%1").arg(i));
+        QCOMPARE(q.value(3).toLongLong(), qlonglong(i) * 10000 + (i % 100) * 100);
+        ++checked;
+    }
+    QCOMPARE(checked, Calls);
 }
 
 void TestAutomation::quitsWhenIdleAndStartsAgain()

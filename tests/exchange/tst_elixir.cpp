@@ -98,6 +98,10 @@ void TestElixir::fileStep()
     QVERIFY(!Elixir::issueStep(Db(), firmFile(), 1));
     QCOMPARE(d.beeps, 1);
     QVERIFY(d.saw(QStringLiteral("Przechwycony błąd:")));
+    // Nor is it ever the firm's own file.
+    SettingsStore::loadSave(QStringLiteral("PlikElixir"), QStringLiteral("b.zlc"));
+    QVERIFY(!Elixir::issueStep(Db(), firmFile(), 1));
+    QVERIFY(d.saw(QStringLiteral("otwartą bazą firmy")));
     SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("PlikElixir"));
     CloseDb();
 }

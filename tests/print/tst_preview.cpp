@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QDir>
 #include <QTest>
 
 #include <memory>
@@ -82,7 +83,7 @@ void TestPreview::printFromPreviewAsksNothing()
 {
     auto w = preview(QStringLiteral("trzy"));
     const QString path = m_env->newPath(QStringLiteral("z_podgladu.pdf"));
-    PrintEngine::instance().setPrinterFactory([path] { return std::make_unique<PdfSurface>(path); });
+    PrintEngine::instance().setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
     RecordingDialogs d;
     m_runs = 0;
     button(w.get(), "cmddrukuj")->click();
@@ -102,6 +103,12 @@ void TestPreview::saveAsPdf()
     button(w.get(), "cmdzapisz")->click();
     QCOMPARE(readPdf(path + QStringLiteral(".pdf")).text(), QStringLiteral("Strona1 Strona2 Strona3"));
     QVERIFY(!PrintEngine::instance().job().saving);
+    // A name that is no file to write is told, not taken for saved.
+    const QString folder = m_env->newPath(QStringLiteral("katalog.pdf"));
+    QVERIFY(QDir().mkpath(folder));
+    d.files << folder;
+    button(w.get(), "cmdzapisz")->click();
+    QVERIFY(d.saw(QStringLiteral("jest folderem")));
     // Cancelling the file choice saves nothing.
     m_runs = 0;
     button(w.get(), "cmdzapisz")->click();

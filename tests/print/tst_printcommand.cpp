@@ -4,7 +4,9 @@
 #include "TestEnv.h"
 #include "TestFirm.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 
@@ -19,6 +21,8 @@ private Q_SLOTS:
     void printsToPdf();
     void refusesWrongUse_data();
     void refusesWrongUse();
+    void outputTargets_data();
+    void outputTargets();
 
 private:
     struct Run {
@@ -143,6 +147,57 @@ void TestPrintCommand::refusesWrongUse()
     QCOMPARE(r.code, code);
     QVERIFY2(r.err.contains(message), qPrintable(r.err));
     QVERIFY(!QFile::exists(pdf));
+}
+
+void TestPrintCommand::outputTargets_data()
+{
+    QTest::addColumn<QString>("target"); // @firm, @old (a file holding "stary"), or a path
+    QTest::addColumn<bool>("replace");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("the firm file") << "@firm" << false << 1 << "bazą danych";
+    QTest::newRow("the firm file, replacing") << "@firm" << true << 1 << "bazą danych";
+    QTest::newRow("an existing file") << "@old" << false << 1 << "już istnieje";
+    QTest::newRow("an existing file, replacing") << "@old" << true << 0 << "";
+    QTest::newRow("a device") << "/dev/full" << true << 1 << "nie jest zwykłym plikiem";
+    QTest::newRow("a missing folder") << "/nie/ma/folderu/wydruk.pdf" << false << 1 << "Nie ma folderu";
+}
+
+void TestPrintCommand::outputTargets()
+{
+    QFETCH(QString, target);
+    QFETCH(bool, replace);
+    QFETCH(int, code);
+    QFETCH(QString, message);
+    QFile firm(m_firm);
+    QVERIFY(firm.open(QIODevice::ReadOnly));
+    const QByteArray firmBefore = firm.readAll();
+    firm.close();
+    const QString old = m_env->newPath(QStringLiteral("stary.pdf"));
+    QFile f(old);
+    QVERIFY(f.open(QIODevice::WriteOnly) && f.write("stary") == 5);
+    f.close();
+    const QString path = target == QLatin1String("@firm") ? m_firm : target == QLatin1String("@old") ? old : target;
+
+    QStringList args{"--firma", m_firm, "--id", QString::number(m_ids.value(1)), "--pdf", path};
+    if (replace)
+        args << QStringLiteral("--nadpisz");
+    const Run r = run(args);
+    QCOMPARE(r.code, code);
+    QVERIFY2(r.err.contains(message), qPrintable(r.err));
+    QVERIFY(firm.open(QIODevice::ReadOnly));
+    QVERIFY(firm.readAll() == firmBefore);
+    if (path == old) {
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QByteArray now = f.readAll();
+        QCOMPARE(now == "stary", code != 0);
+        QCOMPARE(readPdf(old).ok, code == 0);
+    }
+    // Nothing is left beside the target.
+    QCOMPARE(QDir(QFileInfo(m_firm).absolutePath()).entryList({QStringLiteral(".*.pdf.*"), QStringLiteral(".*.zlc.*")},
+                                                              QDir::Files | QDir::Hidden),
+             QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestPrintCommand)

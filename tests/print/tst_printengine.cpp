@@ -113,7 +113,7 @@ void TestPrintEngine::unknownProcedure()
 
 void TestPrintEngine::printPdf(const QString &path)
 {
-    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path); });
+    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
     QVERIFY(engine.Drukuj(QStringLiteral("test"), 1, QPageLayout::Portrait, false, QStringLiteral("Cmd")));
 }
 
@@ -181,7 +181,7 @@ void TestPrintEngine::wordingWrappedInBox()
         e.DrukSlownie(*Money::parse(u"777 777 777 777,77"), 500, y, 1200);
         endY = y;
     });
-    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path); });
+    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
     QVERIFY(engine.Drukuj(QStringLiteral("slownie"), 1, QPageLayout::Portrait, false, QStringLiteral("Cmd")));
     const PdfContent pdf = readPdf(path);
     QVERIFY(pdf.text().startsWith(
@@ -204,7 +204,7 @@ void TestPrintEngine::polishLettersInPdf()
         e.UstawCzcionke(8, false, true, QStringLiteral("Arial CE"));
         e.DrukTekst(QStringLiteral("zażółć gęślą jaźń"), 0, 500);
     });
-    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path); });
+    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
     QVERIFY(engine.Drukuj(QStringLiteral("litery"), 1, QPageLayout::Portrait, false, QStringLiteral("Cmd")));
     QCOMPARE(readPdf(path).text(), QStringLiteral("ZAŻÓŁĆ GĘŚLĄ JAŹŃ zażółć gęślą jaźń"));
 }

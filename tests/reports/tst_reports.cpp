@@ -233,18 +233,22 @@ void TestReports::register_()
     for (const QString &name : ticked)
         ids << contractor(name);
     QVERIFY(MarkChosenContractors(Db(), choice, ids));
-    const auto list = buildRegister(Db(), Criteria{index, period, choice, ticked});
+    const auto list = buildRegister(Db(), Criteria{index, period, choice, ticked, false, {}});
     QVERIFY(list);
     QStringList rows;
     for (const QString &line : list->lines())
         rows << line.section(u'\t', 0, 0) + u' ' + line.section(u'\t', 3, 3);
     QTEST(rows, "rows");
     QCOMPARE(marked(), QString()); // every report clears the marks
+    // A firm that cannot be written holds the choice in memory: the same rows, no marks.
+    const auto kept = buildRegister(Db(), Criteria{index, period, choice, ticked, true, ids});
+    QVERIFY(kept);
+    QCOMPARE(kept->lines(), list->lines());
 }
 
 Report TestReports::marchReport()
 {
-    const Criteria c{0, range("01-03-2005", "31-03-2005"), ContractorChoice::All, {}};
+    const Criteria c{0, range("01-03-2005", "31-03-2005"), ContractorChoice::All, {}, false, {}};
     return Report{makeHeading(Db(), c, QDate(2026, 3, 5)), buildRegister(Db(), c).value_or(Register{})};
 }
 
@@ -256,7 +260,7 @@ void TestReports::workbook()
     const QString path = ReportWorkbook::freeFileName(folder, name);
     QCOMPARE(QFileInfo(path).fileName(), name + QStringLiteral(".xlsx"));
     QString error;
-    QVERIFY2(ReportWorkbook::write(path, marchReport(), &error), qPrintable(error));
+    QVERIFY2(ReportWorkbook::write(path, marchReport(), SafeOutput::Existing::Keep, &error), qPrintable(error));
     QCOMPARE(QFileInfo(ReportWorkbook::freeFileName(folder, name)).fileName(), name + QStringLiteral("_1.xlsx"));
 
     const Sheet s = readSheet(path);
@@ -276,7 +280,7 @@ void TestReports::workbook()
     QCOMPARE(s.values.value("E17"), QStringLiteral("12.52"));
 
     const QString nowhere = m_env->newPath(QStringLiteral("brak/raport.xlsx"));
-    QVERIFY(!ReportWorkbook::write(nowhere, marchReport(), &error));
+    QVERIFY(!ReportWorkbook::write(nowhere, marchReport(), SafeOutput::Existing::Keep, &error));
     QVERIFY(!error.isEmpty());
     QVERIFY(!QFile::exists(nowhere));
 }
@@ -291,7 +295,7 @@ void TestReports::workbookOpensInLibreOffice()
     const QString folder = m_env->newPath(QStringLiteral("calc"));
     QVERIFY(QDir().mkpath(folder));
     const QString path = folder + QStringLiteral("/raport.xlsx");
-    QVERIFY(ReportWorkbook::write(path, marchReport()));
+    QVERIFY(ReportWorkbook::write(path, marchReport(), SafeOutput::Existing::Keep));
     QProcess p;
     p.setWorkingDirectory(folder);
     p.start(office, {QStringLiteral("--headless"), QStringLiteral("-env:UserInstallation=file://") + folder + "/lo",
@@ -352,14 +356,19 @@ void TestReports::commandLine_data()
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("firm"); // empty: the test's firm; "tylko-odczyt", "duze-kwoty": copies of it
     QTest::newRow("range") << QStringList{"--rodzaj", "1", "--od", "01-03-2005", "--do", "31-03-2005"} << 0
-                           << "01-03-2005\tBeta\tFaktura 12/2026\t10,50";
+                           << "01-03-2005\tBeta\tFaktura 12/2026\t10,50" << "";
+    QTest::newRow("a firm that cannot be written") << QStringList{"--rodzaj", "2", "--rok", "2005"} << 0
+                                                   << "Ogółem\t\t\t5,00" << "tylko-odczyt";
+    QTest::newRow("a total too large to hold") << QStringList{"--rodzaj", "4", "--rok", "2030"} << 1
+                                               << "Suma dokumentów tego okresu jest za duża" << "duze-kwoty";
     QTest::newRow("second list, a year") << QStringList{"--rodzaj", "2", "--rok", "2005"} << 0
-                                         << "Ogółem\t\t\t5,00";
-    QTest::newRow("no such list") << QStringList{"--rodzaj", "5", "--rok", "2005"} << 2 << "--rodzaj";
-    QTest::newRow("two periods") << QStringList{"--rodzaj", "1", "--rok", "2005", "--miesiac", "3"} << 2 << "okres";
+                                         << "Ogółem\t\t\t5,00" << "";
+    QTest::newRow("no such list") << QStringList{"--rodzaj", "5", "--rok", "2005"} << 2 << "--rodzaj" << "";
+    QTest::newRow("two periods") << QStringList{"--rodzaj", "1", "--rok", "2005", "--miesiac", "3"} << 2 << "okres" << "";
     QTest::newRow("backwards") << QStringList{"--rodzaj", "1", "--od", "02-03-2005", "--do", "01-03-2005"} << 2
-                               << "późniejsza";
+                               << "późniejsza" << "";
 }
 
 void TestReports::commandLine()
@@ -367,16 +376,32 @@ void TestReports::commandLine()
     QFETCH(QStringList, args);
     QFETCH(int, code);
     QFETCH(QString, output);
+    QFETCH(QString, firm);
     if (!QFile::exists(programPath()))
         QSKIP("the program is not built in this configuration");
     CloseDb();
+    QString file = m_firm;
+    if (!firm.isEmpty()) {
+        file = m_env->newPath(firm + QStringLiteral(".zlc"));
+        QVERIFY(QFile::copy(m_firm, file));
+        if (firm == QLatin1String("duze-kwoty")) {
+            // Two amounts that the database holds, whose sum it cannot.
+            QVERIFY(OpenDb(file));
+            for (int i = 0; i < 2; ++i)
+                QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("INSERT INTO zlecanki (RODZAJ, DATA_DOKUMENTU, WARTOSC) "
+                                                             "VALUES (4, '2030-01-02', 5000000000000000000)")));
+            CloseDb();
+        } else {
+            QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadGroup));
+        }
+    }
     const QString xlsx = m_env->newPath(QStringLiteral("cli.xlsx"));
     const QString pdf = m_env->newPath(QStringLiteral("cli.pdf"));
     QFile::remove(xlsx);
     QFile::remove(pdf);
     QProcess p;
     p.setProcessEnvironment(m_env->processEnvironment());
-    p.start(programPath(), QStringList{"raport", "--firma", m_firm} + args +
+    p.start(programPath(), QStringList{"raport", "--firma", file} + args +
                                QStringList{"--xlsx", xlsx, "--pdf", pdf});
     QVERIFY(p.waitForFinished(60000));
     const QString out = QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError());

@@ -61,7 +61,7 @@ void printToPdf(const QString &pdf)
 {
     registerSlipDrivers();
     registerReportDriver();
-    PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf); });
+    PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf, SafeOutput::Existing::Replace); });
 }
 
 QString stored(const QString &sql)

@@ -146,8 +146,13 @@ std::optional<Money> frmZbiorowka::askAmount(const QString &prompt, const QStrin
     if (!answer || answer->trimmed().isEmpty())
         return std::nullopt;
     const auto amount = Money::parse(*answer);
-    if (!amount)
-        dialogs().exclamation(QStringLiteral("To nie jest kwota"), Title);
+    if (!amount || !amount->isAcceptedAmount()) {
+        dialogs().exclamation(amount ? QStringLiteral("Kwota może mieć najwyżej dwa miejsca po przecinku i nie może "
+                                                      "przekraczać 999 999 999 999,99.")
+                                     : QStringLiteral("To nie jest kwota"),
+                              Title);
+        return std::nullopt;
+    }
     return amount;
 }
 
@@ -187,10 +192,7 @@ void frmZbiorowka::removeLine()
 
 void frmZbiorowka::updateTotal()
 {
-    Money total;
-    for (int i = 0; i < m_kwoty->count(); ++i)
-        total += Money::parse(m_kwoty->item(i)->text()).value_or(Money());
-    m_razem->setText(Kwota(total));
+    m_razem->setText(statement().total() ? Kwota(*statement().total()) : QStringLiteral("poza zakresem"));
 }
 
 void frmZbiorowka::print()
@@ -202,11 +204,21 @@ void frmZbiorowka::print()
         dialogs().beep();
         return;
     }
-    CollectiveStatement statement;
-    statement.bankName = m_bank->currentText();
-    statement.accountNumber = m_konto->text();
-    statement.date = DateText::parse(m_data->text()).value_or(appState().today);
+    const CollectiveStatement s = statement();
+    if (!s.total()) {
+        dialogs().exclamation(QStringLiteral("Suma kwot zestawienia jest za duża, by ją zapisać. Usuń część kwot."), Title);
+        return;
+    }
+    PrintEngine::instance().Drukuj(QStringLiteral("zbiorowka"), QVariant::fromValue(s));
+}
+
+CollectiveStatement frmZbiorowka::statement() const
+{
+    CollectiveStatement s;
+    s.bankName = m_bank->currentText();
+    s.accountNumber = m_konto->text();
+    s.date = DateText::parse(m_data->text()).value_or(appState().today);
     for (int i = 0; i < m_kwoty->count(); ++i)
-        statement.amounts << Money::parse(m_kwoty->item(i)->text()).value_or(Money());
-    PrintEngine::instance().Drukuj(QStringLiteral("zbiorowka"), QVariant::fromValue(statement));
+        s.amounts << Money::parse(m_kwoty->item(i)->text()).value_or(Money());
+    return s;
 }

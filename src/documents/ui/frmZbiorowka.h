@@ -32,6 +32,7 @@ private:
     bool dateLeft();
     std::optional<Money> askAmount(const QString &prompt, const QString &value);
     void updateTotal();
+    struct CollectiveStatement statement() const;
 
     QLineEdit *m_data = nullptr;
     QComboBox *m_bank = nullptr;

@@ -5,6 +5,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDir>
 #include <QPrinterInfo>
 
 clsSerwerBus::clsSerwerBus(QObject *parent) : QObject(parent)
@@ -32,15 +33,20 @@ bool clsSerwerBus::registerOnBus()
     return bus.isConnected() && bus.registerObject(Path, this);
 }
 
-void clsSerwerBus::refuse(const QString &message)
+void clsSerwerBus::refuse(const QString &message, const QString &name)
 {
     if (calledFromDBus())
-        sendErrorReply(ErrorName, message);
+        sendErrorReply(name, message);
 }
 
 bool clsSerwerBus::OtworzBaze(const QString &path)
 {
     Q_EMIT called();
+    // Only a full path names one file whatever the server's working folder is.
+    if (!QDir::isAbsolutePath(path)) {
+        refuse(QStringLiteral("Plik bazy firmy trzeba podać pełną ścieżką: \"%1\".").arg(path));
+        return false;
+    }
     // A file that cannot be opened is an answer, not an error: the caller asked whether it can.
     return m_server.OtworzBaze(path);
 }
@@ -55,17 +61,20 @@ void clsSerwerBus::UruchomZBaza(const QString &path)
 {
     Q_EMIT called();
     QString error;
-    if (!m_server.UruchomZBaza(path, &error))
+    if (!path.isEmpty() && !QDir::isAbsolutePath(path))
+        refuse(QStringLiteral("Plik bazy firmy trzeba podać pełną ścieżką: \"%1\".").arg(path));
+    else if (!m_server.UruchomZBaza(path, &error))
         refuse(error);
 }
 
-int clsSerwerBus::WystawPrzelew(const QStringList &values, const QString &second)
+int clsSerwerBus::WystawPrzelew(const QStringList &values, const QString &reference)
 {
     Q_EMIT called();
     QString error;
-    const auto id = m_server.WystawPrzelew(values, second, &error);
+    clsSerwer::Outcome outcome = clsSerwer::Outcome::Refused;
+    const auto id = m_server.WystawPrzelew(values, reference, &error, &outcome);
     if (!id) {
-        refuse(error);
+        refuse(error, outcome == clsSerwer::Outcome::NotPrinted ? NotPrintedName : ErrorName);
         return 0;
     }
     return *id;

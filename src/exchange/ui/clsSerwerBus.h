@@ -9,7 +9,9 @@
 // clsSerwer on the session bus: object "/clsSerwer", interface
 // "pl.kontorian.Zlecanki.clsSerwer" (data/pl.kontorian.Zlecanki.clsSerwer.xml, whose
 // generated adaptor calls these slots). A refused call answers with the D-Bus error
-// "pl.kontorian.Zlecanki.Blad" and the Polish reason.
+// "pl.kontorian.Zlecanki.Blad" and the Polish reason: nothing was stored. A transfer
+// stored but not printed answers with "pl.kontorian.Zlecanki.NieWydrukowano", whose
+// message gives the document's Id.
 class clsSerwerBus : public QObject, protected QDBusContext {
     Q_OBJECT
 public:
@@ -17,6 +19,7 @@ public:
     static inline const QString Path = QStringLiteral("/clsSerwer");
     static inline const QString Interface = QStringLiteral("pl.kontorian.Zlecanki.clsSerwer");
     static inline const QString ErrorName = QStringLiteral("pl.kontorian.Zlecanki.Blad");
+    static inline const QString NotPrintedName = QStringLiteral("pl.kontorian.Zlecanki.NieWydrukowano");
 
     explicit clsSerwerBus(QObject *parent = nullptr);
     ~clsSerwerBus() override;
@@ -30,13 +33,13 @@ public Q_SLOTS:
     bool OtworzBaze(const QString &path);
     void ZamknijBaze();
     void UruchomZBaza(const QString &path);
-    int WystawPrzelew(const QStringList &values, const QString &second);
+    int WystawPrzelew(const QStringList &values, const QString &reference);
 
 Q_SIGNALS:
     // Every call, answered or refused: an automation copy measures its idle time by it.
     void called();
 
 private:
-    void refuse(const QString &message);
+    void refuse(const QString &message, const QString &name = ErrorName);
     clsSerwer m_server;
 };

@@ -7,6 +7,7 @@
 #include "print/PrintEngine.h"
 #include "PrinterSurface.h"
 #include "print/SlipDrivers.h"
+#include "SafeOutput.h"
 #include "StartupSettings.h"
 #include "documents/DocumentStore.h"
 
@@ -19,7 +20,7 @@
 namespace {
 
 const QString Usage = QStringLiteral("Użycie: zlecanki drukuj --firma PLIK --id NR (--pdf PLIK.pdf | "
-                                     "--drukarka KOLEJKA) [--kopie N] [--bez-kwoty]");
+                                     "--drukarka KOLEJKA) [--kopie N] [--bez-kwoty] [--nadpisz]");
 
 void err(const QString &text)
 {
@@ -58,6 +59,7 @@ struct Options {
     qint32 id = 0;
     int copies = 1;
     bool withAmount = true;
+    bool replace = false;
     QString error;
 };
 
@@ -68,7 +70,7 @@ Options parse(const QStringList &args)
     for (qsizetype i = 0; i < args.size(); ++i) {
         QString name = args.at(i);
         QString value;
-        const bool flag = name == QLatin1String("--bez-kwoty");
+        const bool flag = name == QLatin1String("--bez-kwoty") || name == QLatin1String("--nadpisz");
         static const QStringList known = {QStringLiteral("--firma"), QStringLiteral("--id"),
                                           QStringLiteral("--pdf"), QStringLiteral("--drukarka"),
                                           QStringLiteral("--kopie")};
@@ -88,7 +90,9 @@ Options parse(const QStringList &args)
             }
         }
         bool ok = true;
-        if (flag)
+        if (name == QLatin1String("--nadpisz"))
+            o.replace = true;
+        else if (flag)
             o.withAmount = false;
         else if (name == QLatin1String("--firma"))
             o.firm = value;
@@ -138,6 +142,17 @@ int printCommand(const QStringList &args)
         return 1;
     }
 
+    const QString pdf = o.pdf.isEmpty() ? QString() : QFileInfo(o.pdf).absoluteFilePath();
+    const auto existing = o.replace ? SafeOutput::Existing::Replace : SafeOutput::Existing::Keep;
+    if (!pdf.isEmpty()) {
+        // Checked again once the firm is open: the firm itself is never a target.
+        const QString refused = SafeOutput::refusal(pdf, existing);
+        if (!refused.isEmpty()) {
+            err(refused);
+            return 1;
+        }
+    }
+
     CommandDialogs quiet(!o.queue.isEmpty());
     StartupSettings::loadFontsAndPrintOptions();
     if (!OpenDb(firm))
@@ -152,10 +167,9 @@ int printCommand(const QStringList &args)
 
     registerSlipDrivers();
     PrintEngine &engine = PrintEngine::instance();
-    const QString pdf = o.pdf.isEmpty() ? QString() : QFileInfo(o.pdf).absoluteFilePath();
     engine.setPrinterFactory([&]() -> std::unique_ptr<PrintSurface> {
         if (!pdf.isEmpty())
-            return std::make_unique<PdfSurface>(pdf, QStringLiteral("Zlecanki %1").arg(o.id));
+            return std::make_unique<PdfSurface>(pdf, existing, QStringLiteral("Zlecanki %1").arg(o.id));
         auto printer = std::make_unique<PrinterSurface>(o.queue);
         if (!printer->isValid())
             return nullptr;
@@ -170,7 +184,7 @@ int printCommand(const QStringList &args)
         engine.Drukuj(procedure, o.id, QPageLayout::Portrait, false, QStringLiteral("drukuj"));
     engine.setPrinterFactory(nullptr);
     CloseDb();
-    if (!printed || (!pdf.isEmpty() && !QFileInfo::exists(pdf))) {
+    if (!printed) {
         err(QStringLiteral("Nie udało się wydrukować dokumentu nr %1.").arg(o.id));
         return 1;
     }
@@ -186,6 +200,7 @@ void registerPrintCommand()
         QStringLiteral(
             "drukuje dokument zapisany w bazie firmy, tak jak z okna dokumentu,\n"
             "                         bez okien i pytań: --firma PLIK --id NR\n"
-            "                         (--pdf PLIK.pdf | --drukarka KOLEJKA) [--kopie N] [--bez-kwoty]"),
+            "                         (--pdf PLIK.pdf | --drukarka KOLEJKA) [--kopie N] [--bez-kwoty]\n"
+            "                         [--nadpisz] (zastępuje istniejący plik PDF)"),
         printCommand);
 }

@@ -5,6 +5,7 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMdiSubWindow>
@@ -171,8 +172,12 @@ void frmDrukPreview::save()
     QString fileName = dialogs().saveFileName(QStringLiteral("Zapisz"), suggested, QStringLiteral("Pliki PDF (*.pdf)"));
     if (fileName.isEmpty())
         return;
-    if (!fileName.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive))
+    // The file window asked about replacing the name it gave; a name completed here is asked about now.
+    if (!fileName.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
         fileName += QStringLiteral(".pdf");
-    if (!PrintEngine::instance().saveAsPdf(m_job, fileName))
-        dialogs().exclamation(QStringLiteral("Nie można zapisać pliku:\n") + QDir::toNativeSeparators(fileName), Msg(51));
+        if (QFileInfo::exists(fileName) &&
+            !dialogs().question(QStringLiteral("Plik %1 już istnieje. Zastąpić go?").arg(QDir::toNativeSeparators(fileName)), Msg(53)))
+            return;
+    }
+    PrintEngine::instance().saveAsPdf(m_job, fileName, SafeOutput::Existing::Replace);
 }

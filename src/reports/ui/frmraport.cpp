@@ -111,7 +111,7 @@ QString frmraport::saveWorkbook()
     const QString path = ReportWorkbook::freeFileName(folder, Reports::reportName(m_criteria.kindIndex));
     QString error;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool saved = ReportWorkbook::write(path, m_report, &error);
+    const bool saved = ReportWorkbook::write(path, m_report, SafeOutput::Existing::Keep, &error);
     QApplication::restoreOverrideCursor();
     if (!saved) {
         dialogs().message(QStringLiteral("Raport nie został zapisany") + QStringLiteral("\n") + error, QString(),

@@ -139,7 +139,7 @@ void frmraport_kryteria::accept()
 {
     if (!isFirmOpen() || !m_period->check())
         return;
-    const Reports::Criteria c = criteria();
+    Reports::Criteria c = criteria();
     const QList<qint32> ids = tickedIds();
     if (c.contractors == Reports::ContractorChoice::Ticked && ids.isEmpty()) {
         dialogs().exclamation(QStringLiteral("Zaznacz na liście kontrahentów, dla których ma powstać raport."),
@@ -148,7 +148,10 @@ void frmraport_kryteria::accept()
         return;
     }
     QString error;
-    if (!Reports::MarkChosenContractors(Db(), c.contractors, ids, &error)) {
+    // A firm that cannot be written is reported on all the same, the choice held here.
+    c.choiceInMemory = firmReadOnly();
+    c.tickedIds = ids;
+    if (!c.choiceInMemory && !Reports::MarkChosenContractors(Db(), c.contractors, ids, &error)) {
         ErrorReport(error);
         return;
     }
