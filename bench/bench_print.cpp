@@ -60,7 +60,7 @@ int main(int argc, char **argv)
         job.procedure = QStringLiteral("wszystkie");
         QElapsedTimer t;
         t.start();
-        engine.saveAsPdf(job, pdf);
+        engine.saveAsPdf(job, pdf, SafeOutput::Existing::Replace);
         const double seconds = t.nsecsElapsed() / 1e9;
         best = std::max(best, ids.size() / seconds);
         std::printf("round %d: %lld documents, %d pages, %.1f MB in %.2f s = %.0f slips a second\n",
