@@ -131,10 +131,13 @@ std::unique_ptr<OldDatabase::Source> decode(const QByteArray &stream, QString *e
     auto source = std::make_unique<StreamSource>();
     qsizetype current = 0; // the table whose rows come now
     // Where the stream stopped, for the message.
+    bool rowsBegun = false;
     auto lost = [&]() {
-        return current < source->list.size()
-                   ? QStringLiteral("Nie udało się odczytać całej tabeli %1.").arg(source->list.at(current).name)
-                   : QStringLiteral("Nie udało się odczytać spisu tabel pliku.");
+        if (!rowsBegun)
+            return QStringLiteral("Nie udało się odczytać spisu tabel pliku.");
+        if (current < source->list.size())
+            return QStringLiteral("Nie udało się odczytać całej tabeli %1.").arg(source->list.at(current).name);
+        return QStringLiteral("Odczyt pliku urwał się przed końcem.");
     };
     for (;;) {
         s >> frame;
@@ -142,7 +145,7 @@ std::unique_ptr<OldDatabase::Source> decode(const QByteArray &stream, QString *e
             return fail(lost());
         switch (frame) {
         case TableFrame: {
-            if (!source->rows.isEmpty() || current > 0)
+            if (rowsBegun)
                 return fail(lost());
             OldDatabase::Table t;
             qint32 columns = 0;
@@ -164,6 +167,7 @@ std::unique_ptr<OldDatabase::Source> decode(const QByteArray &stream, QString *e
             break;
         }
         case RowFrame: {
+            rowsBegun = true;
             if (current >= source->list.size())
                 return fail(lost());
             if (source->rows.size() <= current)
@@ -185,6 +189,7 @@ std::unique_ptr<OldDatabase::Source> decode(const QByteArray &stream, QString *e
             break;
         }
         case TableEnd: {
+            rowsBegun = true;
             qint64 count = -1;
             s >> count;
             if (s.status() != QDataStream::Ok || current >= source->list.size())
