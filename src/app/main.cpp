@@ -3,6 +3,7 @@
 #include "Version.h"
 #include "db/ImportMdbCommand.h"
 #include "print/ui/PrintCommand.h"
+#include "db/MdbProcess.h"
 #include "reports/ReportCommand.h"
 
 #include <QApplication>
@@ -13,6 +14,10 @@
 
 int main(int argc, char **argv)
 {
+    // The reader of an old Access file, started by the program itself (MdbProcess).
+    if (argc == 3 && QString::fromLocal8Bit(argv[1]) == MdbProcess::Argument)
+        return MdbProcess::serve(QString::fromLocal8Bit(argv[2]));
+
     QStringList args;
     for (int i = 0; i < argc; ++i)
         args << QString::fromLocal8Bit(argv[i]);

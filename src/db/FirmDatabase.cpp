@@ -12,6 +12,9 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+#include <thread>
+
 namespace FirmDatabase {
 
 namespace {
@@ -71,7 +74,51 @@ int comparePolish(void *, int leftLength, const void *left, int rightLength, con
     return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }
 
-// Gives an open connection the function and collation the program's queries use.
+using Clock = std::chrono::steady_clock;
+
+// The work time of the statement running now. Statements of one thread never overlap in
+// SQLite's engine, so one clock per thread serves every connection.
+struct StatementClock {
+    Clock::time_point last;
+    Clock::duration spent{};
+};
+thread_local StatementClock statementClock;
+
+int statementStarted(unsigned, void *, void *, void *)
+{
+    statementClock = {Clock::now(), {}};
+    return 0;
+}
+
+// Called every thousand steps of the engine. A longer pause between two calls is the program
+// working between two rows of the result, which the statement is not to be charged for.
+int statementProgress(void *)
+{
+    const auto now = Clock::now();
+    const auto gap = now - statementClock.last;
+    statementClock.last = now;
+    if (gap < std::chrono::milliseconds(100))
+        statementClock.spent += gap;
+    return statementClock.spent > std::chrono::seconds(StatementLimitSeconds) ? 1 : 0;
+}
+
+// Waits for another program's write lock, trying every millisecond: SQLite's own waiting
+// sleeps longer and longer, so a writer that commits many times in a row would keep the
+// lock at each try and the other one would give up.
+int waitForLock(void *, int tries)
+{
+    thread_local Clock::time_point start;
+    const auto now = Clock::now();
+    if (tries == 0)
+        start = now;
+    if (now - start > std::chrono::seconds(10))
+        return 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return 1;
+}
+
+// Gives an open connection the function and collation the program's queries use, and the
+// guards against files made elsewhere.
 void registerFunctions(const QSqlDatabase &db)
 {
     const QVariant handle = db.driver()->handle();
@@ -80,11 +127,24 @@ void registerFunctions(const QSqlDatabase &db)
     sqlite3 *sqlite = *static_cast<sqlite3 *const *>(handle.constData());
     if (!sqlite)
         return;
+    // Functions named in a file's schema (views, triggers, defaults) run only if harmless.
+    sqlite3_exec(sqlite, "PRAGMA trusted_schema=OFF", nullptr, nullptr, nullptr);
+    sqlite3_trace_v2(sqlite, SQLITE_TRACE_STMT, statementStarted, nullptr);
+    sqlite3_progress_handler(sqlite, 1000, statementProgress, nullptr);
+    sqlite3_busy_handler(sqlite, waitForLock, nullptr);
     sqlite3_create_function_v2(sqlite, "zawiera", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                                containsIgnoringCase, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(sqlite, "jednakowe", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                                sameIgnoringCase, nullptr, nullptr, nullptr);
     sqlite3_create_collation_v2(sqlite, "polski", SQLITE_UTF8, nullptr, comparePolish, nullptr);
+}
+
+bool programTable(const QString &name)
+{
+    for (const Structure::Table &t : Structure::fullTables())
+        if (t.name.compare(name, Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
 }
 
 QSqlDatabase addConnection(const QString &path, const QString &connection, bool readOnly)
@@ -129,6 +189,8 @@ std::optional<QSqlDatabase> open(const QString &path, const QString &connection,
         QSqlQuery q(db);
         if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")))
             return QStringLiteral("Plik nie jest bazą danych firmy (uszkodzony albo innego rodzaju):\n") + shown;
+        if (const QString foreign = foreignObjects(db); !foreign.isEmpty())
+            return foreign + QLatin1Char('\n') + shown;
         if (!Structure::tableExists(db, QStringLiteral("ZLECANKI")) || !Structure::tableExists(db, QStringLiteral("FIRMA")))
             return QStringLiteral("Plik nie jest bazą danych firmy programu Zlecanki:\n") + shown;
         return {};
@@ -140,6 +202,30 @@ std::optional<QSqlDatabase> open(const QString &path, const QString &connection,
     if (readOnly)
         *readOnly = ro;
     return QSqlDatabase::database(connection, false);
+}
+
+QString foreignObjects(const QSqlDatabase &db, const QString &schema)
+{
+    QSqlQuery q(db);
+    if (!q.exec(QStringLiteral("SELECT type, name, tbl_name FROM ") + Structure::quoted(schema) +
+                QStringLiteral(".sqlite_master WHERE type IN ('view', 'trigger') ORDER BY type, name")))
+        return QStringLiteral("Nie można odczytać spisu tabel bazy danych: ") + Structure::explainError(q.lastError());
+    QStringList found;
+    while (q.next()) {
+        const QString name = q.value(1).toString();
+        const QString table = q.value(2).toString();
+        if (q.value(0).toString() == QLatin1String("view")) {
+            if (programTable(name))
+                found << QStringLiteral("widok %1 w miejscu tabeli programu").arg(name);
+        } else if (programTable(table)) {
+            found << QStringLiteral("wyzwalacz %1 na tabeli %2").arg(name, table);
+        }
+    }
+    if (found.isEmpty())
+        return {};
+    return QStringLiteral("Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, "
+                          "i nie zostanie użyta:\n") +
+           found.join(QLatin1Char('\n'));
 }
 
 void close(const QString &connection)

@@ -25,4 +25,12 @@ void close(const QString &connection);
 // Creates a new firm file with the full, current structure. Refuses an existing path.
 bool create(const QString &path, QString *error);
 
+// A file made elsewhere is not trusted: the program's tables may not carry triggers and
+// their names may not be views. Empty when `schema` (of a database open on `db`) is clean,
+// else a Polish list of what is there.
+QString foreignObjects(const QSqlDatabase &db, const QString &schema = QStringLiteral("main"));
+// How long one statement may run before it is stopped (a recursive view in a crafted
+// file would otherwise hang the program).
+inline constexpr int StatementLimitSeconds = 5;
+
 } // namespace FirmDatabase

@@ -2,6 +2,7 @@
 
 #include "Dialogs.h"
 #include "FirmDatabase.h"
+#include "MdbProcess.h"
 #include "MdbReader.h"
 #include "Messages.h"
 #include "Money.h"
@@ -13,6 +14,7 @@
 #include <QMap>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QTemporaryFile>
 
 #include <atomic>
 
@@ -319,10 +321,8 @@ Result convert(OldDatabase::Source &source, QSqlDatabase &db)
         result.error = QStringLiteral("Nie można utworzyć bazy danych firmy:\n") + error;
         return result;
     }
-    if (!db.transaction()) {
-        result.error = Structure::explainError(db.lastError());
+    if (!Structure::beginWrite(db, &result.error))
         return result;
-    }
     Adjustments adj;
     QStringList matched;
     for (const OldDatabase::Table &old : source.tables()) {
@@ -366,13 +366,13 @@ Result convertFile(const QString &mdbPath, const QString &newPath)
 {
     Result result;
     const QFileInfo target(newPath);
+    const QString shownTarget = QDir::toNativeSeparators(target.absoluteFilePath());
     if (target.exists()) {
-        result.error = QStringLiteral("Plik już istnieje, nie zostanie nadpisany:\n") +
-                       QDir::toNativeSeparators(target.absoluteFilePath());
+        result.error = QStringLiteral("Plik już istnieje, nie zostanie nadpisany:\n") + shownTarget;
         return result;
     }
     QString error;
-    auto reader = MdbReader::open(mdbPath, &error);
+    auto reader = MdbProcess::open(mdbPath, &error);
     if (!reader) {
         result.error = error + QLatin1Char('\n') + QDir::toNativeSeparators(QFileInfo(mdbPath).absoluteFilePath());
         return result;
@@ -381,21 +381,32 @@ Result convertFile(const QString &mdbPath, const QString &newPath)
         result.error = QStringLiteral("Nie można utworzyć folderu:\n") + QDir::toNativeSeparators(target.absolutePath());
         return result;
     }
+    // The firm is built under another name and takes its own only when complete: a
+    // conversion cut short leaves no file that opens as the converted firm.
+    QTemporaryFile temp(target.absolutePath() + QStringLiteral("/.") + target.fileName() + QStringLiteral(".XXXXXX"));
+    if (!temp.open()) {
+        result.error = QStringLiteral("Nie można utworzyć bazy danych firmy:\n") + shownTarget + QLatin1Char('\n') +
+                       temp.errorString();
+        return result;
+    }
+    temp.close();
     static std::atomic<int> serial{0};
     const QString connection = QStringLiteral("zlecanki-mdb-") + QString::number(++serial);
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        db.setDatabaseName(target.absoluteFilePath());
+        db.setDatabaseName(temp.fileName());
         if (!db.open())
-            result.error = QStringLiteral("Nie można utworzyć bazy danych firmy:\n") +
-                           QDir::toNativeSeparators(target.absoluteFilePath()) + QLatin1Char('\n') + db.lastError().text();
+            result.error = QStringLiteral("Nie można utworzyć bazy danych firmy:\n") + shownTarget + QLatin1Char('\n') +
+                           db.lastError().text();
         else
             result = convert(*reader, db);
         db.close();
     }
     QSqlDatabase::removeDatabase(connection);
-    if (!result.ok)
-        QFile::remove(target.absoluteFilePath());
+    if (result.ok && !QFile::rename(temp.fileName(), target.absoluteFilePath())) {
+        result.ok = false;
+        result.error = QStringLiteral("Nie można zapisać bazy danych firmy:\n") + shownTarget;
+    }
     return result;
 }
 

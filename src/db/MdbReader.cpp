@@ -70,7 +70,7 @@ MdbColumn *columnAt(MdbTableDef *t, unsigned i)
 
 QString notAccess()
 {
-    return QStringLiteral("Plik nie jest bazą danych programu Access (.mdb) albo jest uszkodzony.");
+    return MdbReader::damagedMessage();
 }
 
 } // namespace
@@ -81,6 +81,11 @@ MdbReader::~MdbReader()
 {
     if (m_mdb)
         mdb_close(static_cast<MdbHandle *>(m_mdb));
+}
+
+QString MdbReader::damagedMessage()
+{
+    return QStringLiteral("Plik jest uszkodzony lub nie jest bazą Access");
 }
 
 bool MdbReader::looksLikeAccess(const QByteArray &head)
@@ -133,31 +138,39 @@ std::unique_ptr<MdbReader> MdbReader::fromBytes(const QByteArray &bytes, QString
 
 std::unique_ptr<MdbReader> MdbReader::start(void *handle, QString *error)
 {
-    auto *mdb = static_cast<MdbHandle *>(handle);
-    if (!mdb) {
+    auto fail = [error](const QString &message) -> std::unique_ptr<MdbReader> {
         if (error)
-            *error = notAccess();
+            *error = message;
         return nullptr;
-    }
+    };
+    auto *mdb = static_cast<MdbHandle *>(handle);
+    if (!mdb)
+        return fail(notAccess());
     std::unique_ptr<MdbReader> reader(new MdbReader(mdb));
     mdb_set_bind_size(mdb, BindSize);
     mdb_set_date_fmt(mdb, "%Y-%m-%d %H:%M:%S");
     mdb_set_shortdate_fmt(mdb, "%Y-%m-%d %H:%M:%S");
     mdb_set_boolean_fmt_numbers(mdb);
-    if (!mdb_read_catalog(mdb, MDB_TABLE)) {
-        if (error)
-            *error = QStringLiteral("Nie można odczytać spisu tabel pliku Access (plik uszkodzony?).");
-        return nullptr;
-    }
+    if (!mdb_read_catalog(mdb, MDB_ANY))
+        return fail(QStringLiteral("Nie można odczytać spisu obiektów pliku (tabeli MSysObjects)."));
+    // The catalogue is a table too: a file cut short or damaged gives fewer of its rows
+    // than its definition counts, and each row lost may be a table lost.
+    const auto promised = reader->promisedRows(QStringLiteral("MSysObjects"), 2);
+    if (!promised || *promised != mdb->num_catalog)
+        return fail(QStringLiteral("Spis obiektów pliku (tabela MSysObjects) zapowiada %1 pozycji, a odczytano %2: "
+                                   "tabele z brakujących pozycji zostałyby utracone.")
+                        .arg(promised ? QString::number(*promised) : QStringLiteral("?"))
+                        .arg(mdb->num_catalog));
     for (unsigned i = 0; i < mdb->num_catalog; ++i) {
         auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(mdb->catalog, i));
         if (!entry || entry->object_type != MDB_TABLE || mdb_is_system_table(entry))
             continue;
+        const QString name = QString::fromUtf8(entry->object_name);
         MdbTableDef *t = readTable(entry);
         if (!t)
-            continue;
+            return fail(QStringLiteral("Nie można odczytać definicji tabeli %1.").arg(name));
         OldDatabase::Table table;
-        table.name = QString::fromUtf8(entry->object_name);
+        table.name = name;
         for (unsigned c = 0; c < t->num_cols && c < t->columns->len; ++c) {
             const MdbColumn *col = columnAt(t, c);
             table.columns.append({QString::fromUtf8(col->name), typeOf(col->col_type), col->is_long_auto != 0});
@@ -166,6 +179,21 @@ std::unique_ptr<MdbReader> MdbReader::start(void *handle, QString *error)
         reader->m_tables.append(table);
     }
     return reader;
+}
+
+std::optional<unsigned> MdbReader::promisedRows(const QString &name, unsigned long page) const
+{
+    MdbCatalogEntry entry{};
+    entry.mdb = static_cast<MdbHandle *>(m_mdb);
+    entry.object_type = MDB_TABLE;
+    entry.table_pg = page;
+    qstrncpy(entry.object_name, name.toUtf8().constData(), sizeof entry.object_name);
+    MdbTableDef *t = mdb_read_table(&entry);
+    if (!t)
+        return std::nullopt;
+    const unsigned rows = t->num_rows;
+    mdb_free_tabledef(t);
+    return rows;
 }
 
 bool MdbReader::readRows(const OldDatabase::Table &table, const OldDatabase::RowSink &sink, QString *error)
@@ -180,7 +208,7 @@ bool MdbReader::readRows(const OldDatabase::Table &table, const OldDatabase::Row
     MdbTableDef *t = entry ? readTable(entry) : nullptr;
     if (!t) {
         if (error)
-            *error = QStringLiteral("Nie można odczytać tabeli %1 pliku Access.").arg(table.name);
+            *error = QStringLiteral("Nie można odczytać definicji tabeli %1.").arg(table.name);
         return false;
     }
     const unsigned count = std::min<unsigned>(t->num_cols, t->columns->len);
@@ -196,7 +224,11 @@ bool MdbReader::readRows(const OldDatabase::Table &table, const OldDatabase::Row
     mdb_rewind_table(t);
     const qsizetype width = table.columns.size();
     OldDatabase::Row row(width);
+    const unsigned promised = t->num_rows;
+    unsigned fetched = 0;
+    bool stopped = false;
     while (mdb_fetch_row(t)) {
+        ++fetched;
         for (qsizetype c = 0; c < width; ++c) {
             const auto i = size_t(c);
             if (i < count && bound[i] && lengths[i] > 0)
@@ -204,9 +236,17 @@ bool MdbReader::readRows(const OldDatabase::Table &table, const OldDatabase::Row
             else
                 row[c] = std::nullopt;
         }
-        if (!sink(row))
+        if (!sink(row)) {
+            stopped = true;
             break;
+        }
     }
     mdb_free_tabledef(t);
+    // libmdb ends the rows quietly at a page it cannot read.
+    if (!stopped && fetched != promised) {
+        if (error)
+            *error = QStringLiteral("Odczytano %1 z %2 wierszy tabeli %3.").arg(fetched).arg(promised).arg(table.name);
+        return false;
+    }
     return true;
 }

@@ -1,5 +1,7 @@
 #include "Structure.h"
 
+#include "FirmDatabase.h"
+
 #include <QRegularExpression>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -438,6 +440,16 @@ ColumnType typeOfDeclared(const QString &declaredType)
     return ColumnType::Text;
 }
 
+bool beginWrite(QSqlDatabase &db, QString *error)
+{
+    QSqlQuery q(db);
+    if (q.exec(QStringLiteral("BEGIN IMMEDIATE")))
+        return true;
+    if (error)
+        *error = explainError(q.lastError());
+    return false;
+}
+
 bool tableExists(const QSqlDatabase &db, const QString &table)
 {
     QSqlQuery q(db);
@@ -457,11 +469,8 @@ bool hasColumn(const QSqlDatabase &db, const QString &table, const QString &colu
 
 bool CreateDatabase(QSqlDatabase &db, QString *error)
 {
-    if (!db.transaction()) {
-        if (error)
-            *error = db.lastError().text();
+    if (!beginWrite(db, error))
         return false;
-    }
     for (const Table &t : baseTables()) {
         if (tableExists(db, t.name))
             continue;
@@ -487,7 +496,8 @@ bool CreateDatabase(QSqlDatabase &db, QString *error)
 
 void UpgradeStructure(QSqlDatabase &db)
 {
-    const bool inTransaction = db.transaction();
+    // A file that cannot be written still reads its structure in one transaction.
+    const bool inTransaction = beginWrite(db) || db.transaction();
     for (const Step &step : upgradeSteps()) {
         const bool present = hasColumn(db, step.table, step.marker);
         if (step.needed ? present && step.needed(db) : !present)
@@ -520,7 +530,7 @@ std::optional<QList<QPair<QString, ColumnType>>> columnsOf(const QSqlDatabase &d
 bool FixNulls(QSqlDatabase &db, const QString &table)
 {
     const auto columns = columnsOf(db, table);
-    if (!columns || !db.transaction())
+    if (!columns || !beginWrite(db))
         return false;
     for (const auto &[name, type] : *columns) {
         const QString set = QStringLiteral("UPDATE ") + quoted(table) + QStringLiteral(" SET ") + quoted(name);
@@ -536,7 +546,7 @@ bool FixNulls(QSqlDatabase &db, const QString &table)
 bool ZeroToNull(QSqlDatabase &db, const QString &table)
 {
     const auto columns = columnsOf(db, table);
-    if (!columns || !db.transaction())
+    if (!columns || !beginWrite(db))
         return false;
     for (const auto &[name, type] : *columns)
         if (type == ColumnType::Date)
@@ -586,12 +596,16 @@ QString explainError(const QSqlError &error)
         return QStringLiteral("W pliku firmy brakuje tabeli %1 (plik z innej wersji programu lub uszkodzony). "
                               "Nic nie zostało zapisane.")
             .arg(m.captured(1));
+    if (text.contains(QLatin1String("interrupted"), Qt::CaseInsensitive))
+        return QStringLiteral("Polecenie bazy danych trwało dłużej niż %1 sekund i zostało przerwane. "
+                              "Plik bazy może być uszkodzony albo celowo spreparowany.")
+            .arg(FirmDatabase::StatementLimitSeconds);
     if (text.contains(QLatin1String("readonly"), Qt::CaseInsensitive) ||
         text.contains(QLatin1String("read-only"), Qt::CaseInsensitive))
         return QStringLiteral("Baza firmy jest otwarta tylko do odczytu. Zmiany nie zostały zapisane.");
     if (text.contains(QLatin1String("locked"), Qt::CaseInsensitive) ||
         text.contains(QLatin1String("busy"), Qt::CaseInsensitive))
-        return QStringLiteral("Baza firmy jest zajęta przez inny program. Spróbuj ponownie za chwilę.");
+        return  QStringLiteral("Baza firmy jest zajęta przez inny program. Spróbuj ponownie za chwilę.");
     if (text.contains(QLatin1String("disk"), Qt::CaseInsensitive) && text.contains(QLatin1String("full"), Qt::CaseInsensitive))
         return QStringLiteral("Brak miejsca na dysku. Zmiany nie zostały zapisane.");
     return QStringLiteral("Błąd bazy danych: ") + text;

@@ -61,6 +61,10 @@ ColumnType typeOfDeclared(const QString &declaredType);
 // Identifier quoted for SQL text.
 QString quoted(const QString &identifier);
 
+// Begins a transaction that takes the write lock at once, so a second writer waits for it
+// (within the busy timeout) instead of failing when it turns from reading to writing.
+bool beginWrite(QSqlDatabase &db, QString *error = nullptr);
+
 bool tableExists(const QSqlDatabase &db, const QString &table);
 bool hasColumn(const QSqlDatabase &db, const QString &table, const QString &column);
 

@@ -3,28 +3,31 @@
 #include "db/Structure.h"
 
 #include <QSqlError>
+#include <QSqlQuery>
 
 Transaction::Transaction(QSqlDatabase db) : m_db(std::move(db))
 {
-    m_active = m_db.transaction();
+    QString error;
+    m_active = Structure::beginWrite(m_db, &error);
     if (!m_active)
-        m_error = Structure::explainError(m_db.lastError());
+        m_error = error;
 }
 
 Transaction::~Transaction()
 {
     if (m_active)
-        m_db.rollback();
+        QSqlQuery(m_db).exec(QStringLiteral("ROLLBACK"));
 }
 
 bool Transaction::commit()
 {
     if (!m_active)
         return false;
-    if (m_db.commit()) {
+    QSqlQuery q(m_db);
+    if (q.exec(QStringLiteral("COMMIT"))) {
         m_active = false;
         return true;
     }
-    m_error = Structure::explainError(m_db.lastError());
+    m_error = Structure::explainError(q.lastError());
     return false;
 }

@@ -2,6 +2,7 @@
 
 #include "Dialogs.h"
 #include "Messages.h"
+#include "db/FirmDatabase.h"
 #include "db/MdbConversion.h"
 #include "db/MdbReader.h"
 #include "db/Structure.h"
@@ -98,6 +99,11 @@ bool attach(QSqlDatabase &db, const QString &name, QTemporaryDir &scratch)
                                   Msg(51));
             return false;
         }
+    }
+    if (const QString foreign = FirmDatabase::foreignObjects(db, Source); !foreign.isEmpty()) {
+        detach(db);
+        dialogs().exclamation(foreign + QLatin1Char('\n') + QDir::toNativeSeparators(name), Msg(51));
+        return false;
     }
     bool firm = false;
     {

@@ -4,10 +4,12 @@
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "db/FirmDatabase.h"
+#include "db/Structure.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QTest>
 
@@ -21,6 +23,9 @@ private Q_SLOTS:
 
     void refusedFiles_data();
     void refusedFiles();
+    void craftedFirmRefused_data();
+    void craftedFirmRefused();
+    void longStatementStopped();
     void opensAndLoadsSettings();
     void nameAndWorkingDateOfRun();
     void readOnlyFirmOpensForViewing();
@@ -82,6 +87,62 @@ void TestFirm::refusedFiles()
     // Nothing was created or changed on the way.
     QFile f(path);
     QCOMPARE(f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("-"), content);
+}
+
+// Statements a file made elsewhere may carry, each one run whole (trigger bodies hold ';').
+static void craft(const QString &path, const QStringList &statements)
+{
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("craft"));
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        for (const QString &statement : statements)
+            QVERIFY2(QSqlQuery(db).exec(statement), qPrintable(statement));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("craft"));
+}
+
+static const QString Recursive = QStringLiteral("WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) ");
+
+void TestFirm::craftedFirmRefused_data()
+{
+    QTest::addColumn<QStringList>("statements");
+    QTest::addColumn<QStringList>("named");
+    QTest::newRow("trigger redirecting the recipient's account")
+        << QStringList{"CREATE TRIGGER podmiana AFTER INSERT ON zlecanki BEGIN "
+                       "UPDATE zlecanki SET KLIENT_KONTO = '11 1111' WHERE ID = new.ID; END",
+                       "CREATE TRIGGER bez_zapisu BEFORE INSERT ON Kontrahenci BEGIN SELECT RAISE(IGNORE); END"}
+        << QStringList{"podmiana", "zlecanki", "bez_zapisu", "Kontrahenci"};
+    QTest::newRow("recursive view in place of a table")
+        << QStringList{"DROP TABLE FIRMA", "CREATE VIEW Firma AS " + Recursive + "SELECT x AS NAZWA FROM c"}
+        << QStringList{"widok Firma"};
+}
+
+void TestFirm::craftedFirmRefused()
+{
+    QFETCH(QStringList, statements);
+    QFETCH(QStringList, named);
+    const QString path = newFirm(QStringLiteral("obca.zlc"));
+    craft(path, statements);
+    RecordingDialogs d;
+    QVERIFY(!OpenDb(path));
+    QVERIFY(!isFirmOpen());
+    const QString told = d.calls.value(0).text;
+    for (const QString &name : named)
+        QVERIFY2(told.contains(name), qPrintable(told));
+}
+
+void TestFirm::longStatementStopped()
+{
+    // A view of another name is let in, but a statement over it runs only so long.
+    const QString path = newFirm(QStringLiteral("licznik.zlc"));
+    craft(path, {"CREATE VIEW licznik AS " + Recursive + "SELECT x FROM c"});
+    RecordingDialogs d;
+    QVERIFY(OpenDb(path));
+    QSqlQuery q(Db());
+    QVERIFY(!q.exec(QStringLiteral("SELECT count(*) FROM licznik")));
+    QVERIFY2(Structure::explainError(q.lastError()).contains(QLatin1String("przerwane")), qPrintable(q.lastError().text()));
+    QVERIFY(q.exec(QStringLiteral("SELECT count(*) FROM zlecanki")));
 }
 
 void TestFirm::opensAndLoadsSettings()

@@ -11,9 +11,12 @@
 #include "documents/EntryRules.h"
 #include "documents/FirmData.h"
 
+#include <QProcess>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTest>
+
+#include <cstdio>
 
 #include <memory>
 
@@ -58,6 +61,7 @@ private Q_SLOTS:
     void requiredFields();
     void offeredAccounts_data();
     void offeredAccounts();
+    void twoWritersLoseNothing();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -345,5 +349,60 @@ void TestDocuments::offeredAccounts()
     QCOMPARE(EntryRules::offeredAccounts(accounts, keep), offered);
 }
 
-QTEST_GUILESS_MAIN(TestDocuments)
+void TestDocuments::twoWritersLoseNothing()
+{
+    const QString path = firmFile();
+    CloseDb();
+    QList<QProcess *> writers;
+    for (const char *tag : {"A", "B"}) {
+        auto *p = new QProcess(this);
+        p->setProcessEnvironment(m_env->processEnvironment());
+        p->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--pisz"), path, QLatin1String(tag)});
+        writers << p;
+    }
+    for (QProcess *p : std::as_const(writers)) {
+        QVERIFY(p->waitForFinished(600000));
+        QVERIFY2(p->exitStatus() == QProcess::NormalExit && p->exitCode() == 0, p->readAllStandardError().constData());
+        delete p;
+    }
+    RecordingDialogs quiet;
+    QVERIFY(OpenDb(path));
+    QCOMPARE(stored(QStringLiteral("SELECT count(DISTINCT ZA_DOKUMENT_NAZWA) || '|' || count(*) FROM zlecanki")),
+             QStringLiteral("3000|3000"));
+    QCOMPARE(count("kontrahenci"), 1);
+    QCOMPARE(storedBalance(1), zl("-3000"));
+}
+
+// "--pisz FIRMA ZNAK": a second process writing the firm at the same time as another one,
+// 1,500 documents of one zloty, each titled with the mark and its number.
+static int writer(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    RecordingDialogs quiet;
+    if (!OpenDb(QString::fromLocal8Bit(argv[2])))
+        return 1;
+    for (int i = 0; i < 1500; ++i) {
+        PaymentDocument d = sampleDocument(1);
+        d.banknr = 1;
+        d.wartosc = zl("1");
+        d.zaDokumentNazwa = QString::fromLocal8Bit(argv[3]) + QString::number(i);
+        QString error;
+        if (!DocumentStore::insert(Db(), d, &error)) {
+            std::fprintf(stderr, "%d: %s\n", i, qPrintable(error));
+            return 1;
+        }
+    }
+    CloseDb();
+    return 0;
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 4 && qstrcmp(argv[1], "--pisz") == 0)
+        return writer(argc, argv);
+    QCoreApplication app(argc, argv);
+    TestDocuments test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_documents.moc"

@@ -187,7 +187,7 @@ void TestImportWindows::blockTakenOverWhole()
 
 void TestImportWindows::firmImport_data()
 {
-    QTest::addColumn<QString>("source");   // "firm", "same", "missing", "text", "nwind"
+    QTest::addColumn<QString>("source");   // "firm", "same", "missing", "text", "view", "nwind"
     QTest::addColumn<QString>("ticked");   // one digit per category
     QTest::addColumn<int>("runs");
     QTest::addColumn<QStringList>("said"); // first lines of every box, in order
@@ -207,6 +207,10 @@ void TestImportWindows::firmImport_data()
                                                   << QStringList{"Nie można importować z tej samej firmy"} << empty;
     QTest::newRow("missing file") << "missing" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
     QTest::newRow("not a database") << "text" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
+    QTest::newRow("source with a view in a table's place")
+        << "view" << "1111" << 1
+        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
+        << empty;
     QTest::newRow("Access file of another program") << "nwind" << "1111" << 1
                                                     << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
                                                                    "nim tabel ZLECANKI ani FIRMA):"}
@@ -230,6 +234,17 @@ void TestImportWindows::firmImport()
         QFile f(file);
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write(QByteArray(4096, 'x'));
+    } else if (source == QLatin1String("view")) {
+        file = m_env->newPath(QStringLiteral("widok%1.zlc").arg(m_files));
+        QVERIFY(QFile::copy(m_source, file));
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("widok"));
+        db.setDatabaseName(file);
+        QVERIFY(db.open());
+        QVERIFY(QSqlQuery(db).exec(QStringLiteral("DROP TABLE KONTRAHENCI")));
+        QVERIFY(QSqlQuery(db).exec(QStringLiteral("CREATE VIEW KONTRAHENCI AS SELECT * FROM ZLECANKI")));
+        db.close();
+        db = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("widok"));
     } else if (source == QLatin1String("nwind")) {
         file = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/mdb/nwind.mdb");
         if (!QFile::exists(file))

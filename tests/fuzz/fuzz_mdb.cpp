@@ -1,15 +1,23 @@
 // libFuzzer target: the conversion of an old firm file. Input that starts like an Access
-// file goes through libmdb; any other input is read as a description of old tables, so
-// that the conversion itself (names, types, values) is explored with coverage.
+// file is read as the program reads it: libmdb in a child process, whose stream the
+// conversion takes (a crash of the library ends only the child, and the stream it leaves
+// must then be refused). Input starting with 'S' is such a stream itself. Any other input
+// is read as a description of old tables, so that the conversion itself (names, types,
+// values) is explored with coverage.
 #include "db/MdbConversion.h"
+#include "db/MdbProcess.h"
 #include "db/MdbReader.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSqlDatabase>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -84,6 +92,43 @@ void convert(OldDatabase::Source &source)
     QSqlDatabase::removeDatabase(connection);
 }
 
+std::unique_ptr<OldDatabase::Source> readInChild(const QByteArray &bytes)
+{
+    int fds[2];
+    if (pipe(fds) != 0)
+        return nullptr;
+    const pid_t pid = fork();
+    if (pid < 0) {
+        close(fds[0]);
+        close(fds[1]);
+        return nullptr;
+    }
+    if (pid == 0) {
+        close(fds[0]);
+        // The library's remarks and the sanitizer's reports on it are the child's alone.
+        const int null = ::open("/dev/null", O_WRONLY);
+        dup2(null, 2);
+        QString error;
+        auto reader = MdbReader::fromBytes(bytes, &error);
+        QFile out;
+        if (out.open(fds[1], QIODevice::WriteOnly))
+            MdbProcess::write(reader.get(), error, out);
+        out.close();
+        _exit(0);
+    }
+    close(fds[1]);
+    QByteArray stream;
+    char buffer[65536];
+    ssize_t n = 0;
+    while ((n = read(fds[0], buffer, sizeof buffer)) > 0)
+        stream.append(buffer, n);
+    close(fds[0]);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    QString error;
+    return MdbProcess::decode(stream, &error);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
@@ -96,9 +141,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
     if (MdbReader::looksLikeAccess(bytes)) {
+        if (auto source = readInChild(bytes))
+            convert(*source);
+        return 0;
+    }
+    if (bytes.startsWith('S')) {
         QString error;
-        if (auto reader = MdbReader::fromBytes(bytes, &error))
-            convert(*reader);
+        if (auto source = MdbProcess::decode(bytes.mid(1), &error))
+            convert(*source);
         return 0;
     }
     FuzzedDataProvider in(data, size);
