@@ -1,6 +1,9 @@
+#include "TestEnv.h"
 #include "validation/BankNames.h"
 #include "validation/CheckDigits.h"
 
+#include <QFile>
+#include <QProcess>
 #include <QTest>
 
 #include <functional>
@@ -16,6 +19,8 @@ private Q_SLOTS:
     void nrs();
     void bankFromAccount_data();
     void bankFromAccount();
+    void commandLine_data();
+    void commandLine();
 };
 
 using Check = std::function<std::optional<QString>(const QString &)>;
@@ -135,6 +140,39 @@ void TestCheckDigits::bankFromAccount()
     QFETCH(QString, account);
     QFETCH(QString, bank);
     QCOMPARE(BankNames::bankName(account), bank);
+}
+
+void TestCheckDigits::commandLine_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("account") << QStringList{"sprawdz-sume", "nrb", "PL61 1090 1014 0000 0712 1981 2874"} << 0 << "OK\n";
+    QTest::newRow("account mistyped") << QStringList{"sprawdz-sume", "nrb", "61109010140000071219812875"} << 1
+                                      << "Numer rachunku ma błędne cyfry kontrolne - sprawdź go.\n";
+    QTest::newRow("REGON") << QStringList{"sprawdz-sume", "regon", "123456786"} << 1
+                           << "REGON ma błędną cyfrę kontrolną - sprawdź go.\n";
+    QTest::newRow("unknown kind") << QStringList{"sprawdz-sume", "iban", "1"} << 2 << "";
+    QTest::newRow("micro-account") << QStringList{"mikrorachunek", "783-191-63-66"} << 0
+                                   << "56 1010 0071 2222 7831 9163 6600\n";
+    QTest::newRow("micro-account of a PESEL") << QStringList{"mikrorachunek", "44051401458"} << 0
+                                              << "69 1010 0071 2221 4405 1401 4580\n";
+    QTest::newRow("NIP mistyped") << QStringList{"mikrorachunek", "7831916367"} << 1
+                                  << "NIP ma błędną cyfrę kontrolną - sprawdź go.\n";
+}
+
+void TestCheckDigits::commandLine()
+{
+    QFETCH(QStringList, args);
+    QFETCH(int, exitCode);
+    QFETCH(QString, output);
+    if (!QFile::exists(programPath()))
+        QSKIP("the program is not built in this configuration");
+    QProcess p;
+    p.start(programPath(), args);
+    QVERIFY(p.waitForFinished(20000));
+    QCOMPARE(p.exitCode(), exitCode);
+    QCOMPARE(QString::fromUtf8(p.readAllStandardOutput()), output);
 }
 
 QTEST_GUILESS_MAIN(TestCheckDigits)
