@@ -64,9 +64,16 @@ const Watcher *watcherOf(const QWidget *field)
     return field ? field->findChild<Watcher *>(QStringLiteral("digitWatcher"), Qt::FindDirectChildrenOnly) : nullptr;
 }
 
+// Only what is meant as a Polish account is checked: a foreign IBAN (with letters) or a
+// short number of an account kept outside the bank clearing is left alone, while a Polish
+// account with a digit too many or too few is told about.
 std::optional<QString> accountProblem(const QString &text)
 {
-    return CheckDigits::nrbProblem(text);
+    const QString d = CheckDigits::accountDigits(text);
+    for (QChar c : d)
+        if (!c.isDigit())
+            return std::nullopt;
+    return d.size() < 20 ? std::nullopt : CheckDigits::nrbProblem(d);
 }
 
 } // namespace
