@@ -59,7 +59,7 @@ private:
     bool m_telling = false;
 };
 
-const Watcher *watcherOf(const QWidget *field)
+Watcher *watcherOf(const QWidget *field)
 {
     return field ? field->findChild<Watcher *>(QStringLiteral("digitWatcher"), Qt::FindDirectChildrenOnly) : nullptr;
 }
@@ -101,6 +101,12 @@ void watchAccount(QLineEdit *field, QLabel *bankLabel, QLineEdit *bankField)
 void watchNip(QLineEdit *field)
 {
     watch(field, CheckDigits::nipProblem);
+}
+
+void recheck(QLineEdit *field)
+{
+    if (Watcher *w = watcherOf(field))
+        w->mark();
 }
 
 std::optional<QString> problem(const QWidget *field)

@@ -24,6 +24,9 @@ void watch(QLineEdit *field, Check check);
 void watchAccount(QLineEdit *field, QLabel *bankLabel = nullptr, QLineEdit *bankField = nullptr);
 void watchNip(QLineEdit *field);
 
+// Marks the field again after something its check depends on changed.
+void recheck(QLineEdit *field);
+
 // The field's problem now; nothing when it passes, is empty or is not watched.
 std::optional<QString> problem(const QWidget *field);
 
