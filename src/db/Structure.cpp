@@ -67,6 +67,13 @@ QList<Column> firmIdentifierColumns()
             text(QStringLiteral("IDENTPOD"), 14, Empty)};
 }
 
+// The firm's individual ZUS contribution account, paid to since contributions stopped
+// going to the four common ZUS accounts.
+QList<Column> firmContributionColumns()
+{
+    return {text(QStringLiteral("RACHUNEK_NRS"), 40, Empty)};
+}
+
 QList<Column> settingsFlagColumns()
 {
     QList<Column> cols;
@@ -156,7 +163,8 @@ QList<Table> makeFullTables()
     for (Table &t : tables) {
         if (t.name == QLatin1String("FIRMA"))
             t.columns << bankSlots(4, 10, Empty, Empty) << firmIdentifierColumns()
-                      << bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta"));
+                      << bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta"))
+                      << firmContributionColumns();
         else if (t.name == QLatin1String("ZLECANKI"))
             t.columns << zusAndTaxColumns();
     }
@@ -316,6 +324,8 @@ QList<Step> upgradeSteps()
          [](const QSqlDatabase &db) {
              return anyRow(db, QStringLiteral("SELECT 1 FROM Cykliczne WHERE LASTWYSTAWM IS NULL OR LASTWYSTAWM='' LIMIT 1"));
          }},
+        {QStringLiteral("FIRMA"), QStringLiteral("RACHUNEK_NRS"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("FIRMA"), firmContributionColumns()); }},
     };
 }
 

@@ -10,6 +10,7 @@
 #include "frmSzukaj.h"
 #include "base/ui/WindowHost.h"
 #include "validation/ui/FieldCheck.h"
+#include "validation/ui/DigitWarnings.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -209,7 +210,8 @@ void frmKontrahenci::save()
         dialogs().beep();
         return;
     }
-    if (FieldCheck::SprawdzPola(this) || FieldCheck::SprawdzPuste({m_recipient->nazwa, m_recipient->bank, m_recipient->konto}))
+    if (FieldCheck::SprawdzPola(this) || FieldCheck::SprawdzPuste({m_recipient->nazwa, m_recipient->bank, m_recipient->konto}) ||
+        !DigitWarnings::confirmSave(this))
         return;
     Contractor c = m_recipient->values();
     c.id = m_editedId;

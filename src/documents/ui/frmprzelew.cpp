@@ -16,6 +16,11 @@
 #include "exchange/Elixir.h"
 #include "print/PrintEngine.h"
 #include "validation/ui/FieldCheck.h"
+#include "documents/FirmData.h"
+#include "documents/TaxAccount.h"
+#include "documents/ZusAccount.h"
+#include "validation/BankNames.h"
+#include "validation/ui/DigitWarnings.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -139,6 +144,7 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     m_documentForm->setRowVisible(m_wartosc, EntryRules::usesGeneralAmount(kind));
     m_recipientForm->setRowVisible(m_recipient->bank, EntryRules::recipientBankInUse(kind));
     m_recipientForm->setRowVisible(m_recipient->konto, EntryRules::recipientBankInUse(kind));
+    m_recipientForm->setRowVisible(m_recipient->bankOfAccount, EntryRules::recipientBankInUse(kind));
 
     connect(m_lstbank, &QComboBox::currentIndexChanged, this, &frmprzelew::accountChosen);
     connect(&FirmEvents::instance(), &FirmEvents::accountsChanged, this, &frmprzelew::followAccounts);
@@ -173,6 +179,7 @@ QWidget *frmprzelew::recipientPart()
     m_recipientForm->addRow(QStringLiteral("NIP:"), m_recipient->nip);
     m_recipientForm->addRow(QStringLiteral("Bank:"), m_recipient->bank);
     m_recipientForm->addRow(QStringLiteral("Konto:"), m_recipient->konto);
+    m_recipientForm->addRow(QString(), m_recipient->bankOfAccount);
     return part;
 }
 
@@ -219,6 +226,10 @@ QGroupBox *frmprzelew::taxBlock()
     form->addRow(QStringLiteral("Symbol formularza:"), m_symbol);
     form->addRow(QStringLiteral("Ident. zobowiązania:"), m_identyfikacja);
     form->addRow(QStringLiteral("Kwota:"), m_wartoscPod);
+    m_mikrorachunek = WindowFields::button(m_frmPodatki, QStringLiteral("cmdMikrorachunek"),
+                                           QStringLiteral("&Mikrorachunek podatkowy"));
+    form->addRow(QString(), m_mikrorachunek);
+    connect(m_mikrorachunek, &QPushButton::clicked, this, &frmprzelew::fillMicroAccount);
     return m_frmPodatki;
 }
 
@@ -351,7 +362,7 @@ bool frmprzelew::save()
     // The bank file is opened before anything of the document is looked at.
     if (!Elixir::issueStep(Db(), firmFile(), appState().eliksir))
         return false;
-    if (FieldCheck::SprawdzPola(this) || accountMissing())
+    if (FieldCheck::SprawdzPola(this) || accountMissing() || !DigitWarnings::confirmSave(this))
         return false;
     QList<QWidget *> required;
     for (const QString &name : EntryRules::requiredFields(m_kind))
@@ -429,6 +440,8 @@ void frmprzelew::startNew()
     PaymentDocument doc = PaymentDocument::newDocument(m_kind, ChoiceLists::workingDate());
     if (account > 0)
         doc.banknr = static_cast<qint16>(account);
+    if (m_kind == DocumentKinds::PrzelewZus && isFirmOpen())
+        doc.zus.nrRachunku = ZusAccount::startingAccount(FirmStore::read(Db()).value_or(FirmData{}));
     showDocument(doc);
     if (!date.isEmpty())
         m_data->setText(date);
@@ -455,6 +468,23 @@ void frmprzelew::setViewing()
     for (QComboBox *c : {m_lstbank, m_nrZus, m_typWpl, m_rok, m_miesiac, m_okresRok, m_typOkresu})
         c->setEnabled(false);
     m_szukaj->setEnabled(false);
+    m_mikrorachunek->setEnabled(false);
+}
+
+void frmprzelew::fillMicroAccount()
+{
+    QString error;
+    const FirmData firm = isFirmOpen() ? FirmStore::read(Db(), &error).value_or(FirmData{}) : FirmData{};
+    const TaxAccount::MicroAccount micro = TaxAccount::forFirm(firm);
+    if (micro.account.isEmpty()) {
+        dialogs().exclamation(error.isEmpty() ? micro.problem : error, QStringLiteral("Mikrorachunek podatkowy"));
+        return;
+    }
+    m_recipient->konto->setText(micro.account);
+    if (m_recipient->bank->text().trimmed().isEmpty())
+        m_recipient->bank->setText(BankNames::bankName(micro.account));
+    if (m_recipient->nazwa->text().trimmed().isEmpty())
+        m_recipient->nazwa->setText(TaxAccount::RecipientName);
 }
 
 void frmprzelew::chooseContractor()

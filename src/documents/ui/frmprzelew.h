@@ -64,6 +64,8 @@ private:
     void startNew();
     void load();
     void setViewing();
+    // Fills the recipient's account with the firm's tax micro-account.
+    void fillMicroAccount();
     bool accountMissing();
     // The amount field of the window's kind.
     QLineEdit *amountField() const;
@@ -101,6 +103,7 @@ private:
     QLineEdit *m_identyfikacja = nullptr;
     QLineEdit *m_wartoscPod = nullptr;
 
+    QPushButton *m_mikrorachunek = nullptr;
     QPushButton *m_wystaw = nullptr;
     QPushButton *m_szukaj = nullptr;
     QList<QLineEdit *> m_texts;

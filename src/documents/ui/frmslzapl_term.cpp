@@ -10,6 +10,7 @@
 #include "WindowFields.h"
 #include "frmKontrahenci.h"
 #include "validation/ui/FieldCheck.h"
+#include "validation/ui/DigitWarnings.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -341,6 +342,10 @@ void frmslzapl_term::save()
     if (m_nazwaZaplaty->text().trimmed().isEmpty() || m_dzien->text().trimmed().isEmpty() ||
         m_alarm->text().trimmed().isEmpty()) {
         dialogs().exclamation(QStringLiteral("Wypełnij pola nazwa, dzień alarmu i płatności"), Msg(50));
+        return;
+    }
+    if (!DigitWarnings::confirmSave({m_recipient->nip, m_recipient->konto})) {
+        m_tabs->setCurrentIndex(1);
         return;
     }
     const ScheduledPayment p = gather();

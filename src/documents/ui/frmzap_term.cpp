@@ -7,10 +7,12 @@
 #include "Messages.h"
 #include "base/ui/WindowUtil.h"
 #include "documents/EntryRules.h"
+#include "documents/FirmData.h"
 #include "documents/ScheduledPayments.h"
 #include "WindowFields.h"
 #include "frmprzelew.h"
 #include "base/ui/WindowHost.h"
+#include "documents/ZusAccount.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>
@@ -79,11 +81,14 @@ frmprzelew *frmzap_term::issue()
         return nullptr;
     }
     const QDate today = appState().today;
-    const PaymentDocument doc = ScheduledPayments::issueDocument(*payment, today, Accounts::list());
+    PaymentDocument doc = ScheduledPayments::issueDocument(*payment, today, Accounts::list());
     if (doc.banknr == 0 && !payment->bankFirmy.isEmpty())
         dialogs().information(QStringLiteral("Konta „%1” tej zapłaty nie ma już wśród kont firmy. "
                                              "Wybierz konto, z którego zapłacić.")
                                   .arg(payment->bankFirmy));
+    // A scheduled ZUS payment goes to the firm's own contribution account when it has one.
+    if (doc.rodzaj == DocumentKinds::PrzelewZus)
+        doc.zus.nrRachunku = ZusAccount::startingAccount(FirmStore::read(Db()).value_or(FirmData{}));
 
     auto *entry = qobject_cast<frmprzelew *>(WindowHost::open(this, new frmprzelew(EntryRules::New, doc.rodzaj)));
     entry->showDocument(doc);
