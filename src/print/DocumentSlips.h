@@ -46,5 +46,15 @@ void DrukDowoduWplaty(PrintEngine &engine, const SlipRecords &r);
 // The slip of the document's kind, as the settings choose it.
 void printDocumentSlip(PrintEngine &engine, const SlipRecords &r);
 
+namespace Slip {
+class Pen;
+struct Boxes;
+struct Label;
+}
+// The row shared by the payer's account (a transfer) and the amount in words (a cash
+// deposit): both captions, and the one value that applies.
+void payerAccountOrWords(const Slip::Pen &pen, const SlipRecords &r, const Slip::Boxes &row,
+                         const Slip::Label &wordsCaption);
+
 // The part labels of the bank and tax forms.
 QStringList partLabels(int parts);

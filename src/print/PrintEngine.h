@@ -9,6 +9,7 @@
 #include <QPageLayout>
 #include <QPainter>
 #include <QString>
+#include <QTransform>
 #include <QVariant>
 
 #include <functional>
@@ -104,6 +105,15 @@ public:
     // sheet over with `message` (title "Druk dwustronny") and the back follows.
     void turnOver(const QString &message = QStringLiteral("Po wydrukowaniu przełóż kartkę na drugą stronę."));
 
+    // Whole forms on plain paper: the content of the sheet (layout twips, before the user's
+    // margins) is placed at least SafeMargin from every edge of the paper, made smaller
+    // only when it cannot fit otherwise. An empty extent: the layout follows the paper
+    // exactly (values for pre-printed forms, reports). Holds until the job ends.
+    static constexpr qreal SafeMargin = 283.5; // 5 mm
+    void setSheetContent(const QRectF &extent);
+    // Where a layout point lands on the current sheet (twips from the paper's corner).
+    QPointF sheetPoint(const QPointF &layout) const { return m_sheet.map(layout); }
+
     // The width of a text in the current font, in twips.
     qreal textWidth(const QString &text) const;
     qreal originX() const { return m_originX; }
@@ -119,6 +129,13 @@ private:
     PrintEngine();
     bool run(PrintSurface &surface, int passes);
     bool ensurePage();
+    // The transform of the sheet from the safe margin and the printer's calibration.
+    void updateSheet();
+
+    QRectF m_sheetContent;
+    QTransform m_sheet;
+    QTransform m_deviceBase;
+    qreal m_calibrationX = 0, m_calibrationY = 0, m_calibrationScale = 1;
 
     Job m_job;
     bool m_nextWithAmount = true;

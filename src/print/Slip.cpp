@@ -4,9 +4,12 @@
 #include "DateText.h"
 #include "Dialogs.h"
 #include "PrintEngine.h"
+#include "documents/DocumentKinds.h"
 #include "words/Slownie.h"
 
 #include <QFontMetricsF>
+
+#include <cmath>
 
 namespace Slip {
 
@@ -14,6 +17,8 @@ namespace {
 
 const QString Courier = QStringLiteral("Courier New CE");
 const QString Arial = QStringLiteral("Arial CE");
+// The largest free text in a row of boxes: its capitals about as tall as the boxed ones.
+constexpr qreal RowFontSize = 10;
 
 // Where the top of a box text goes so that its capitals sit in the middle of the box.
 qreal textTopInBox(qreal boxY, qreal boxHeight, qreal size)
@@ -108,7 +113,7 @@ void Pen::frame(const Frame &f) const
 
 void Pen::fill(const Boxes &b, const QString &value, Align align) const
 {
-    const QString text = value.trimmed();
+    const QString text = value.simplified();
     if (text.isEmpty() || b.count <= 0)
         return;
     const qsizetype length = text.size();
@@ -121,14 +126,54 @@ void Pen::fill(const Boxes &b, const QString &value, Align align) const
             engine.DrukTekst(QString(text.at(i)), boxX(b.x, int(first + i)) + inset, top);
         return;
     }
-    // Two characters to a box (Courier at 12 pt), smaller still when even that is too few.
-    const qreal size = length <= 2 * b.count ? BoxFontSize : BoxFontSize * 2 * b.count / qreal(length);
-    engine.UstawCzcionke(size, false, false, Courier);
-    const qreal halfPitch = BoxPitch / 2;
-    qreal x = b.x - (BoxPitch - BoxWidth) / 2;
-    if (align == Align::Right && length < 2 * b.count)
-        x += (2 * b.count - length) * halfPitch;
-    engine.DrukTekst(text, x, textTopInBox(b.y, b.height, size));
+    // Free text across the whole row, as large as the row's width and height allow.
+    const qreal rowWidth = (b.count - 1) * BoxPitch + BoxWidth - 40;
+    qreal size = RowFontSize;
+    engine.UstawCzcionke(size, false, false, Arial);
+    const qreal width = engine.textWidth(text);
+    if (width > rowWidth)
+        size = std::floor(size * rowWidth / width * 10) / 10;
+    engine.UstawCzcionke(size, false, false, Arial);
+    const qreal x = align == Align::Right ? b.x + rowWidth + 20 - engine.textWidth(text) : b.x + 20;
+    engine.DrukTekst(text, x, b.y + (b.height - lineHeight(Arial, size)) / 2);
+}
+
+qreal Pen::block(const QStringList &paragraphs, qreal x, qreal y, qreal width, qreal height, qreal size,
+                 bool boldFirst) const
+{
+    QStringList kept;
+    for (const QString &p : paragraphs)
+        if (!p.trimmed().isEmpty())
+            kept << p.simplified();
+    if (kept.isEmpty())
+        return y;
+    // Every paragraph broken at its measured width; a size that leaves no line too wide
+    // and the lines within the height, else smaller.
+    QList<QStringList> broken;
+    for (;; size -= 0.25) {
+        broken.clear();
+        qreal total = 0;
+        bool tooWide = false;
+        for (qsizetype i = 0; i < kept.size(); ++i) {
+            engine.UstawCzcionke(size, boldFirst && i == 0, false, Arial);
+            QStringList lines = wrap(engine, kept.at(i), width, 1000);
+            for (const QString &line : lines)
+                tooWide = tooWide || engine.textWidth(line) > width;
+            total += lines.size() * lineHeight(Arial, size);
+            broken << lines;
+        }
+        if ((!tooWide && total <= height) || size <= 3)
+            break;
+    }
+    const qreal advance = lineHeight(Arial, size);
+    for (qsizetype i = 0; i < broken.size(); ++i) {
+        engine.UstawCzcionke(size, boldFirst && i == 0, false, Arial);
+        for (const QString &line : broken.at(i)) {
+            engine.DrukTekst(line, x, y);
+            y += advance;
+        }
+    }
+    return y;
 }
 
 void Pen::text(const QString &value, qreal x, qreal y, qreal size, bool bold, bool mono) const
@@ -200,7 +245,7 @@ void Pen::wpMarks(qreal x, qreal y, qreal height, bool cashDeposit) const
 
 QString boxAmount(Money amount)
 {
-    return amount.plain(QLatin1Char('.'));
+    return amount.plain(QLatin1Char(','));
 }
 
 QString amountText(Money amount, int format)
@@ -231,11 +276,21 @@ QString issueDate(const QDate &date)
 
 QString accountDigits(const QString &account)
 {
-    QString out;
-    for (const QChar c : account)
-        if (!c.isSpace() && c != QLatin1Char('-'))
-            out += c;
-    return out;
+    QString text = account.trimmed();
+    if (text.startsWith(QLatin1String("PL"), Qt::CaseInsensitive))
+        text.remove(0, 2);
+    return digitsOnly(text);
+}
+
+QString groupedAccount(const QString &account)
+{
+    const QString digits = accountDigits(account);
+    if (digits.isEmpty())
+        return account.simplified(); // not a Polish number: as it was typed
+    QString grouped = digits.left(2);
+    for (qsizetype i = 2; i < digits.size(); i += 4)
+        grouped += QLatin1Char(' ') + digits.mid(i, 4);
+    return grouped;
 }
 
 QString digitsOnly(const QString &text)
@@ -270,19 +325,58 @@ QStringList packRows(const QStringList &texts, int rows, int width, const QStrin
         out << current;
     while (out.size() > rows && rows > 0)
         out[rows - 1] += separator + out.takeAt(rows);
-    for (QString &line : out) {
+    for (const QString &line : out)
         if (line.size() > width && fits)
             *fits = false;
-        line.truncate(width);
-    }
     return out;
 }
 
 QStringList boxRows(int boxes, const std::function<QStringList(int width, bool *fits)> &pack)
 {
+    QStringList rows;
+    for (int times = 1; times <= 4; ++times) {
+        bool fits = false;
+        rows = pack(times * boxes, &fits);
+        if (fits)
+            return rows;
+    }
+    return rows; // longer still: the rows shrink to hold it
+}
+
+TextCapacity titleCapacity(int kind)
+{
+    switch (kind) {
+    case DocumentKinds::PrzelewBankowy:
+    case DocumentKinds::BankowyDowodWplaty:
+        return {2, 54}; // two rows, machine-filled
+    case DocumentKinds::PrzekazPocztowy:
+        return {3, 60}; // the back of the account holder's part
+    case DocumentKinds::PrzekazImienny:
+        return {6, 30}; // the addressee's coupon, "na korespondencję"
+    default:
+        return {};
+    }
+}
+
+QStringList titleLines(const QString &title, TextCapacity capacity, bool *fits)
+{
+    const QStringList words = title.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    bool ok = true;
+    QStringList lines = packRows(words, qMax(capacity.rows, 1), qMax(capacity.perRow, 1),
+                                 QStringLiteral(" "), &ok);
+    if (fits)
+        *fits = ok && (capacity.rows > 0 || words.isEmpty());
+    return lines;
+}
+
+bool titleFits(int kind, const QString &title)
+{
+    const TextCapacity c = titleCapacity(kind);
+    if (c.rows == 0)
+        return true; // printed nowhere: nothing to cut
     bool fits = false;
-    const QStringList oneToABox = pack(boxes, &fits);
-    return fits ? oneToABox : pack(2 * boxes, nullptr);
+    titleLines(title, c, &fits);
+    return fits;
 }
 
 QStringList nameAndAddress(const QStringList &name, const QStringList &address, int width, bool *fits)
@@ -366,8 +460,13 @@ void printParts(PrintEngine &engine, int parts,
 {
     const QList<Sheet> sheets = arrangeParts(engine, parts);
     int part = 0;
+    const bool wholeForm = appState().wstawiany == 0;
     for (int s = 0; s < sheets.size(); ++s) {
         engine.UstawOrientacje(sheets.at(s).orientation);
+        QRectF content;
+        for (const QPointF &corner : sheets.at(s).corners)
+            content = content.united(QRectF(corner, QSizeF(PartWidth, PartHeight)));
+        engine.setSheetContent(wholeForm ? content : QRectF());
         for (const QPointF &corner : sheets.at(s).corners) {
             engine.UstawPoczatek(corner.x(), corner.y());
             drawPart(part++, s, int(sheets.size()));

@@ -7,6 +7,7 @@ list(APPEND CORE_SOURCES
   print/PostalSlips.cpp
   print/CollectiveStatement.cpp
   print/SlipDrivers.cpp
+  print/PrinterCalibration.cpp
 )
 list(APPEND UI_SOURCES
   print/frmPrintkopie.cpp
