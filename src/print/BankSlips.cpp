@@ -2,6 +2,7 @@
 #include "DocumentSlips.h"
 
 #include "AppState.h"
+#include "PaymentQr.h"
 #include "PrintEngine.h"
 #include "SlipLayouts.h"
 #include "documents/ChoiceLists.h"
@@ -97,8 +98,17 @@ void drawTaxFieldBlock(const Pen &pen, const SlipRecords &r)
     pen.boxed(TaxFieldsOnBank.identification, f.identification);
 }
 
+// The payment QR code at (x, y), or in the preview a note why it is missing.
+void drawQr(const Pen &pen, const SlipRecords &r, qreal x, qreal y)
+{
+    if (PaymentQr::draw(pen.engine, PaymentQr::text(r.doc), x, y, PaymentQr::PrintedSize))
+        return;
+    if (pen.engine.job().output == PrintEngine::Output::Preview)
+        pen.block({PaymentQr::missingReason(r.doc)}, x, y, PaymentQr::PrintedSize, PaymentQr::PrintedSize, 7);
+}
+
 // One part of the bank form; with `taxBlock` the tax fields take the title rows.
-void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel, bool taxBlock)
+void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel, bool taxBlock, bool qr = false)
 {
     const BankForm &L = Bank;
     partHeader(pen, r, partLabel, L.partLabelRight, L.partLabelY);
@@ -124,7 +134,12 @@ void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel
         pen.boxed(L.title2, title.value(1));
     }
     pen.frame(L.fee);
-    pen.frame(L.signature);
+    Frame signature = L.signature;
+    if (qr) {
+        signature.w = L.signatureBesideQr;
+        drawQr(pen, r, L.qrX, L.qrY);
+    }
+    pen.frame(signature);
     pen.text(Slip::issueDate(r.doc.dataDokumentu), L.dateX, L.dateY, 10, false, true);
 }
 
@@ -190,6 +205,8 @@ void drawSimplified(const Pen &pen, const SlipRecords &r)
     pen.block(Slip::titleLines(r.doc.zaDokumentNazwa, Slip::titleCapacity(DocumentKinds::PrzelewBankowy)),
               S.valueX, valueY(S.title), width, rowRoom, 9);
     pen.text(Slip::issueDate(r.doc.dataDokumentu), S.dateX, valueY(S.fee), 10, false, true);
+    if (r.qr)
+        drawQr(pen, r, S.qrX, top + S.qrY);
 }
 
 } // namespace
@@ -207,8 +224,11 @@ void DrukPrzelewu(PrintEngine &engine, const SlipRecords &r)
 {
     const Pen pen(engine);
     const QStringList labels = partLabels(partCount());
-    Slip::printParts(engine, int(labels.size()),
-                     [&](int part, int, int) { drawBankPart(pen, r, labels.at(part), false); });
+    // The code is for the payer's phone: on the payer's own copy only.
+    Slip::printParts(engine, int(labels.size()), [&](int part, int, int) {
+        const QString &label = labels.at(part);
+        drawBankPart(pen, r, label, false, r.qr && label == QLatin1String("odcinek dla zleceniodawcy"));
+    });
 }
 
 void DrukUproszczony(PrintEngine &engine, const SlipRecords &r)

@@ -16,6 +16,7 @@ struct SlipRecords {
     PaymentDocument doc;
     FirmData firm;
     bool shortName = false; // "dprzelewZus": the payer is the firm's short name
+    bool qr = false;        // the banks' payment QR code on the customer's copy of a transfer
 
     // The payer's name lines: the firm's name, or its short name (the name when it has none).
     QStringList payerName() const;

@@ -72,6 +72,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
     const bool withAmount = std::exchange(m_nextWithAmount, true);
     const std::optional<int> givenCopies = std::exchange(m_nextCopies, std::nullopt);
     const QVariantMap answers = std::exchange(m_nextAnswers, QVariantMap());
+    const std::optional<bool> qr = std::exchange(m_nextQr, std::nullopt);
     int copies = caller.isEmpty() || !givenCopies ? storedCopies() : qBound(1, *givenCopies, 255);
     bool previewOn = preview;
     if (caller.isEmpty()) {
@@ -86,7 +87,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
         SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), copies);
     }
     m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false,
-                withAmount, answers};
+                withAmount, qr, answers};
 
     if (!m_drivers.contains(procedure)) {
         dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);
@@ -359,6 +360,17 @@ void PrintEngine::Prostokat(qreal x, qreal y, qreal w, qreal h, bool grey, qreal
     m_painter.setPen(QPen(Qt::black, width));
     m_painter.setBrush(grey ? QBrush(QColor(225, 225, 225)) : QBrush(Qt::NoBrush));
     m_painter.drawRect(QRectF(m_originX + x, m_originY + y, w, h));
+    m_painter.setBrush(Qt::NoBrush);
+}
+
+void PrintEngine::fillRects(const QList<QRectF> &rects)
+{
+    if (rects.isEmpty() || !ensurePage())
+        return;
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(Qt::black);
+    for (const QRectF &r : rects)
+        m_painter.drawRect(r.translated(m_originX, m_originY));
     m_painter.setBrush(Qt::NoBrush);
 }
 

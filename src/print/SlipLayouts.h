@@ -40,6 +40,8 @@ struct BankForm {
     Frame fee{"opłata:", Left, 4330, 1700, 450};
     Frame signature{"pieczęć, data i podpis(y) zleceniodawcy", 2300, 4230, Right - 2300 - 38, 820, true};
     qreal dateX = 2400, dateY = 4290;
+    // The payment QR code on the customer's copy, right of a narrower signature field.
+    qreal qrX = Right - 1100 - 100, qrY = 4330, signatureBesideQr = 6600 - 2300;
 };
 inline constexpr BankForm Bank{};
 
@@ -101,6 +103,8 @@ struct SimplifiedSlip {
     qreal fee = 4080, bottom = 4590;
     qreal wordsWidth = 3000, wordsHeight = 830;
     qreal dateX = 5800;
+    // The payment QR code right of the amount and its words, clear of the rules.
+    qreal qrX = Right - 1100 - 100, qrY = 2040 + 120;
 };
 inline constexpr SimplifiedSlip Simplified{};
 

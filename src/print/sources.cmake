@@ -8,6 +8,7 @@ list(APPEND CORE_SOURCES
   print/CollectiveStatement.cpp
   print/SlipDrivers.cpp
   print/PrinterCalibration.cpp
+  print/PaymentQr.cpp
 )
 list(APPEND UI_SOURCES
   print/frmPrintkopie.cpp

@@ -6,11 +6,13 @@
 #include "TestFirm.h"
 #include "documents/ChoiceLists.h"
 #include "print/CollectiveStatement.h"
+#include "print/PaymentQr.h"
 #include "print/PrintEngine.h"
 #include "print/SlipLayouts.h"
 
 #include <QDir>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -127,6 +129,8 @@ private Q_SLOTS:
     void valueRows();
     void longestValuesDoNotOverlap_data();
     void longestValuesDoNotOverlap();
+    void paymentQrCode_data();
+    void paymentQrCode();
 
 private:
     PdfContent print(const PaymentDocument &doc, const Settings &settings,
@@ -607,6 +611,67 @@ void TestSlips::longestValuesDoNotOverlap()
     QVERIFY(pdf.words.size() > 50);
     const QString clash = overlapping(pdf);
     QVERIFY2(clash.isEmpty(), qPrintable(clash));
+}
+
+void TestSlips::paymentQrCode_data()
+{
+    QTest::addColumn<Settings>("settings");
+    QTest::addColumn<int>("firmSetting"); // -1: as a new firm has it
+    QTest::addColumn<int>("override");    // -1: none, else the job's --qr / --bez-qr
+    QTest::addColumn<QString>("account");
+    QTest::addColumn<int>("codes");
+    const QString account = QStringLiteral("PL45 1140 2004 0000 3002 0123 4567");
+    QTest::newRow("new firm, transfer form") << Settings{} << -1 << -1 << account << 1;
+    QTest::newRow("four parts: the payer's copy only") << Settings{.cztery = 1} << -1 << -1 << account << 1;
+    QTest::newRow("simplified slip, both parts") << Settings{.nowe = 1} << 1 << -1 << account << 2;
+    QTest::newRow("firm turned it off") << Settings{} << 0 << -1 << account << 0;
+    QTest::newRow("turned on for the job") << Settings{} << 0 << 1 << account << 1;
+    QTest::newRow("turned off for the job") << Settings{} << 1 << 0 << account << 0;
+    QTest::newRow("account of 25 digits") << Settings{} << 1 << -1 << account.chopped(1) << 0;
+}
+
+// The code read back from the printed page by a scanner gives the banks' payment text.
+void TestSlips::paymentQrCode()
+{
+    QFETCH(Settings, settings);
+    QFETCH(int, firmSetting);
+    QFETCH(int, override);
+    QFETCH(QString, account);
+    QFETCH(int, codes);
+    if (QStandardPaths::findExecutable(QStringLiteral("zbarimg")).isEmpty())
+        QSKIP("zbarimg (zbar-tools) is not installed");
+    RecordingDialogs d;
+    if (firmSetting < 0)
+        QVERIFY(PaymentQr::firmSetting(Db()));
+    else
+        QVERIFY(PaymentQr::saveFirmSetting(Db(), firmSetting != 0));
+    if (override >= 0)
+        PrintEngine::instance().setNextQr(override != 0);
+    PaymentDocument doc = sampleDocument(1);
+    doc.klientKonto = account;
+    doc.klientNip = QStringLiteral("526-104-08-28");
+    doc.zaDokumentNazwa = QStringLiteral("Faktura 12/2026 | za materiały budowlane");
+    const PdfContent pdf = print(doc, settings);
+    QVERIFY(PaymentQr::saveFirmSetting(Db(), true));
+    QVERIFY(pdf.ok);
+    const QString expected = QStringLiteral("5261040828|PL|45114020040000300201234567|123450|Hurtownia Gęśla|"
+                                            "Faktura 12/2026 za materiały bud|||");
+    QString found;
+    for (int page = 1; page <= pdf.pages; ++page) {
+        const QString png = m_env->newPath(QStringLiteral("strona"));
+        QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"),
+                                   {QStringLiteral("-r"), QStringLiteral("300"), QStringLiteral("-f"),
+                                    QString::number(page), QStringLiteral("-l"), QString::number(page),
+                                    QStringLiteral("-png"), QStringLiteral("-singlefile"), m_pdf, png}),
+                 0);
+        QProcess zbar;
+        // Raw bytes: left to guess, zbar reads UTF-8 Polish letters as Shift JIS.
+        zbar.start(QStringLiteral("zbarimg"),
+                   {QStringLiteral("-q"), QStringLiteral("--raw"), QStringLiteral("-Sbinary"), png + ".png"});
+        QVERIFY(zbar.waitForFinished(60000));
+        found += QString::fromUtf8(zbar.readAllStandardOutput()).remove(QLatin1Char('\n'));
+    }
+    QCOMPARE(found, expected.repeated(codes));
 }
 
 QTEST_MAIN(TestSlips)
