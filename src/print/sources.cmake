@@ -22,3 +22,6 @@ list(APPEND UI_SOURCES
 list(APPEND UI_SOURCES
   print/PrintCommand.cpp
 )
+list(APPEND UI_SOURCES
+  print/SlipAids.cpp
+)
