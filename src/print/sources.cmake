@@ -9,6 +9,7 @@ list(APPEND CORE_SOURCES
   print/SlipDrivers.cpp
   print/PrinterCalibration.cpp
   print/PaymentQr.cpp
+  print/CalibrationPage.cpp
 )
 list(APPEND UI_SOURCES
   print/frmPrintkopie.cpp
@@ -24,4 +25,5 @@ list(APPEND UI_SOURCES
 )
 list(APPEND UI_SOURCES
   print/SlipAids.cpp
+  print/CalibrationTab.cpp
 )

@@ -7,6 +7,7 @@
 #include "documents/ChoiceLists.h"
 #include "print/CollectiveStatement.h"
 #include "print/PaymentQr.h"
+#include "print/PrinterCalibration.h"
 #include "print/PrintEngine.h"
 #include "print/SlipLayouts.h"
 
@@ -129,6 +130,7 @@ private Q_SLOTS:
     void valueRows();
     void longestValuesDoNotOverlap_data();
     void longestValuesDoNotOverlap();
+    void printerCalibration();
     void paymentQrCode_data();
     void paymentQrCode();
 
@@ -611,6 +613,28 @@ void TestSlips::longestValuesDoNotOverlap()
     QVERIFY(pdf.words.size() > 50);
     const QString clash = overlapping(pdf);
     QVERIFY2(clash.isEmpty(), qPrintable(clash));
+}
+
+// The PDF "printer" calibrated 10 mm to the right, 5 mm up and 2% larger: a pre-printed
+// form's values move by as much, on top of the firm's margins.
+void TestSlips::printerCalibration()
+{
+    RecordingDialogs d;
+    PrinterCalibration{100, -50, 1020}.save(QStringLiteral("PDF"));
+    Settings prePrinted{.wstawiany = 1};
+    prePrinted.apply();
+    appState().margLewy = 2;
+    PaymentDocument doc = sampleDocument(1);
+    const auto id = DocumentStore::insert(Db(), doc);
+    QVERIFY(id);
+    const PdfContent pdf = printJob(QStringLiteral("dprzelew"), *id);
+    PrinterCalibration{}.save(QStringLiteral("PDF"));
+    const QRectF name = phrase(pdf, QStringLiteral("H"));
+    const QRectF plain = phrase(printJob(QStringLiteral("dprzelew"), *id), QStringLiteral("H"));
+    appState().margLewy = 0;
+    QVERIFY(!name.isEmpty() && !plain.isEmpty());
+    QVERIFY(qAbs(name.left() - (567 + 1.02 * (plain.left()))) < 5);
+    QVERIFY(qAbs(name.top() - (-283.5 + 1.02 * plain.top())) < 5);
 }
 
 void TestSlips::paymentQrCode_data()
