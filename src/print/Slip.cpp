@@ -8,6 +8,7 @@
 #include "words/Slownie.h"
 
 #include <QFontMetricsF>
+#include <QHash>
 
 #include <cmath>
 
@@ -20,21 +21,32 @@ const QString Arial = QStringLiteral("Arial CE");
 // The largest free text in a row of boxes: its capitals about as tall as the boxed ones.
 constexpr qreal RowFontSize = 10;
 
+// Metrics of a face at a size, kept: slips ask for the same few many times a page.
+const QFontMetricsF &metricsOf(const QString &face, qreal size)
+{
+    static QHash<QPair<QString, int>, QFontMetricsF> cache;
+    const int pixels = qMax(1, qRound(size * 20));
+    const auto key = qMakePair(face, pixels);
+    auto it = cache.find(key);
+    if (it == cache.end()) {
+        QFont font(PrintEngine::fontFamily(face));
+        font.setPixelSize(pixels);
+        it = cache.insert(key, QFontMetricsF(font));
+    }
+    return *it;
+}
+
 // Where the top of a box text goes so that its capitals sit in the middle of the box.
 qreal textTopInBox(qreal boxY, qreal boxHeight, qreal size)
 {
-    QFont font(PrintEngine::fontFamily(Courier));
-    font.setPixelSize(qRound(size * 20));
-    const QFontMetricsF fm(font);
+    const QFontMetricsF &fm = metricsOf(Courier, size);
     return boxY + boxHeight / 2 - (fm.ascent() - fm.capHeight() / 2);
 }
 
 // The distance from line to line of the engine's text in that face and size.
 qreal lineHeight(const QString &face, qreal size)
 {
-    QFont font(PrintEngine::fontFamily(face));
-    font.setPixelSize(qRound(size * 20));
-    return QFontMetricsF(font).height();
+    return metricsOf(face, size).height();
 }
 
 QString joined(const QStringList &parts, const QString &separator)
@@ -150,6 +162,11 @@ qreal Pen::block(const QStringList &paragraphs, qreal x, qreal y, qreal width, q
     // Every paragraph broken at its measured width; a size that leaves no line too wide
     // and the lines within the height, else smaller.
     QList<QStringList> broken;
+    // A first guess from the area the text covers, so that a long text needs few tries.
+    engine.UstawCzcionke(size, boldFirst, false, Arial);
+    const qreal covered = engine.textWidth(kept.join(QLatin1Char(' '))) * lineHeight(Arial, size);
+    if (covered > 0 && covered > width * height)
+        size = qMax<qreal>(3, std::floor(size * std::sqrt(width * height / covered) * 4) / 4 + 0.75);
     for (;; size -= 0.25) {
         broken.clear();
         qreal total = 0;
