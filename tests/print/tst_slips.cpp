@@ -613,6 +613,12 @@ void TestSlips::longestValuesDoNotOverlap()
     QVERIFY(pdf.words.size() > 50);
     const QString clash = overlapping(pdf);
     QVERIFY2(clash.isEmpty(), qPrintable(clash));
+    // On plain paper nothing comes nearer than 5 mm to the sheet's edges (A4 portrait here).
+    if (settings.wstawiany == 0) {
+        const QRectF safe = QRectF(0, 0, 11906, 16838).adjusted(283, 283, -283, -283);
+        for (const PdfWord &w : pdf.words)
+            QVERIFY2(safe.contains(w.box), qPrintable(w.text));
+    }
 }
 
 // The PDF "printer" calibrated 10 mm to the right, 5 mm up and 2% larger: a pre-printed
