@@ -212,21 +212,6 @@ void Pen::captioned(const Label &l, const QString &value, qreal valueSize, bool 
     text(value, valueX, l.y - (valueSize - l.size) * 20 * 0.9, valueSize, bold);
 }
 
-qreal Pen::lines(const QStringList &values, qreal x, qreal y, qreal width, qreal size, bool bold) const
-{
-    engine.UstawCzcionke(size, bold, false, Arial);
-    const qreal advance = lineHeight(Arial, size);
-    for (const QString &value : values) {
-        for (QString line : wrap(engine, value, width, 100)) {
-            while (!line.isEmpty() && engine.textWidth(line) > width) // one word wider than the field
-                line.chop(1);
-            engine.DrukTekst(line, x, y);
-            y += advance;
-        }
-    }
-    return y;
-}
-
 void Pen::words(Money amount, qreal x, qreal y, qreal width, qreal height, qreal size) const
 {
     if (!withAmount)

@@ -96,10 +96,6 @@ public:
               bool mono = false) const;
     // The text after a fixed caption on the same line: the caption (whole form) and the value.
     void captioned(const Label &caption, const QString &value, qreal valueSize = 9, bool bold = false) const;
-    // Lines of text from (x, y) down, a line too long for `width` going on in the next;
-    // returns the y below the last.
-    qreal lines(const QStringList &lines, qreal x, qreal y, qreal width, qreal size = 9,
-                bool bold = false) const;
     // Paragraphs broken between words into the area (x, y, width, height), the size
     // shrinking from `size` until every line fits; returns the y below the last line.
     // The first paragraph in bold when `boldFirst`.
