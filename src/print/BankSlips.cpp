@@ -175,8 +175,10 @@ void drawSimplified(const Pen &pen, const SlipRecords &r)
     const auto valueY = [&](qreal row) { return top + row + S.valueBelowRule; };
     pen.border(0, 0, Slip::PartWidth, Slip::PartHeight);
     pen.rule(S.captionX, top, S.rightX, top);
+    // The rule between the amount and its words stops short of the QR code beside them.
+    const bool qr = r.qr && !PaymentQr::text(r.doc).isEmpty();
     for (qreal rule : S.rules)
-        pen.rule(S.captionX, top + rule, S.rightX, top + rule);
+        pen.rule(S.captionX, top + rule, qr && rule == S.words ? S.qrX - 150 : S.rightX, top + rule);
     pen.rule(S.captionX, top + S.bottom, S.rightX, top + S.bottom);
     const struct {
         const char *text;
