@@ -14,6 +14,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPicture>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
@@ -69,6 +72,59 @@ int main(int argc, char **argv)
     }
     std::printf("Slips to one PDF: best %.0f a second (target at least 200): %s\n", best,
                 best >= 200 ? "met" : "NOT met");
+
+    // The same pages drawn with bare QPainter calls: each page's boxes, lines and texts as the
+    // slip path recorded them, replayed into a PDF with no layout code, against the slip
+    // path drawing the same documents.
+    {
+        const QList<qint32> some = ids.mid(0, 120);
+        engine.setDriver(QStringLiteral("niektore"), [&some](PrintEngine &e) {
+            for (qint32 id : some) {
+                SlipRecords r;
+                r.doc = *DocumentStore::read(Db(), id);
+                r.firm = FirmStore::read(Db()).value_or(FirmData{});
+                printDocumentSlip(e, r);
+            }
+        });
+        QList<QPicture> recorded;
+        QSizeF pageSize;
+        engine.setPreviewSink([&](const PrintEngine::Job &, const QList<QPicture> &pages, QSizeF size) {
+            recorded = pages;
+            pageSize = size;
+        });
+        engine.Drukuj(QStringLiteral("niektore"), 0, QPageLayout::Portrait, true, QStringLiteral("bench"));
+        engine.setPreviewSink(nullptr);
+        const QString slipPdf = home.path() + QStringLiteral("/slip.pdf");
+        const QString barePdf = home.path() + QStringLiteral("/bare.pdf");
+        double slipBest = 1e9, bareBest = 1e9;
+        for (int round = 0; round < 3; ++round) {
+            PrintEngine::Job job;
+            job.procedure = QStringLiteral("niektore");
+            QElapsedTimer t;
+            t.start();
+            engine.saveAsPdf(job, slipPdf);
+            slipBest = std::min(slipBest, t.nsecsElapsed() / 1e9);
+            t.restart();
+            QPdfWriter writer(barePdf);
+            writer.setResolution(1200);
+            writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF()));
+            QPainter painter(&writer);
+            for (qsizetype i = 0; i < recorded.size(); ++i) {
+                if (i > 0)
+                    writer.newPage();
+                painter.resetTransform();
+                painter.scale(1200 / 1440.0, 1200 / 1440.0);
+                painter.drawPicture(0, 0, recorded.at(i));
+            }
+            painter.end();
+            bareBest = std::min(bareBest, t.nsecsElapsed() / 1e9);
+        }
+        const double ratio = slipBest / bareBest;
+        std::printf("Slip path against bare QPainter drawing of the same %lld pages: %.3f s / %.3f s = %.2fx "
+                    "(target within 2x): %s\n",
+                    static_cast<long long>(recorded.size()), slipBest, bareBest, ratio,
+                    ratio <= 2 ? "met" : "NOT met");
+    }
 
     // The preview of one slip of each kind: the engine's pages, then the window painted.
     std::unique_ptr<frmDrukPreview> window;

@@ -170,7 +170,8 @@ QList<Table> makeFullTables()
     }
     Table ustawienia{QStringLiteral("Ustawienia"), settingsFlagColumns(), {}};
     ustawienia.columns << typed(QStringLiteral("Szary"), ColumnType::Boolean)
-                       << typed(QStringLiteral("Eliksir"), ColumnType::Integer);
+                       << typed(QStringLiteral("Eliksir"), ColumnType::Integer)
+                       << typed(QStringLiteral("KodQR"), ColumnType::Boolean);
     tables << ustawienia << Table{QStringLiteral("Ustawienia2"), marginColumns(), {}};
     return tables;
 }
@@ -326,6 +327,12 @@ QList<Step> upgradeSteps()
          }},
         {QStringLiteral("FIRMA"), QStringLiteral("RACHUNEK_NRS"),
          [](QSqlDatabase &db) { addColumns(db, QStringLiteral("FIRMA"), firmContributionColumns()); }},
+        // "Kod QR na przelewach": the banks' payment QR code on transfer slips, on to begin with.
+        {QStringLiteral("Ustawienia"), QStringLiteral("KodQR"),
+         [](QSqlDatabase &db) {
+             addColumns(db, QStringLiteral("Ustawienia"), {typed(QStringLiteral("KodQR"), ColumnType::Boolean)});
+             run(db, QStringLiteral("UPDATE Ustawienia SET KodQR=1"));
+         }},
     };
 }
 

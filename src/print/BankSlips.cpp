@@ -2,6 +2,7 @@
 #include "DocumentSlips.h"
 
 #include "AppState.h"
+#include "PaymentQr.h"
 #include "PrintEngine.h"
 #include "SlipLayouts.h"
 #include "documents/ChoiceLists.h"
@@ -13,19 +14,10 @@ using Slip::Pen;
 namespace {
 
 constexpr int RowBoxes = 27;
-constexpr int RowChars = 2 * RowBoxes; // two characters to a box
 
 int partCount()
 {
     return appState().czteryOdcinki != 0 ? 4 : 2;
-}
-
-QStringList titleRows(const QString &title)
-{
-    const QStringList words = title.simplified().split(QLatin1Char(' '));
-    return Slip::boxRows(RowBoxes, [&](int width, bool *fits) {
-        return Slip::packRows(words, 2, width, QStringLiteral(" "), fits);
-    });
 }
 
 QStringList nameRows(const QStringList &name, const QStringList &address)
@@ -44,18 +36,31 @@ void partHeader(const Pen &pen, const SlipRecords &r, const QString &partLabel, 
     pen.captionRight(partLabel, right, labelY);
 }
 
-// The amount row (W/P, currency, amount in its boxes) and the amount in words.
-void amountRows(const Pen &pen, const SlipRecords &r, qreal wpY, const Boxes &currency, const Boxes &amount,
-                const Frame &words)
+// The amount row: W/P, currency and the amount in its boxes.
+void amountRow(const Pen &pen, const SlipRecords &r, qreal wpY, const Boxes &currency, const Boxes &amount)
 {
     pen.wpMarks(Left, wpY, Slip::NumberRowBox, r.cashDeposit());
     pen.boxed(currency, QStringLiteral("PLN"));
     pen.boxes(amount);
     if (pen.withAmount)
         pen.fill(amount, Slip::boxAmount(r.doc.wartosc), Align::Right);
-    pen.frame(words);
-    pen.words(r.doc.wartosc, words.x + 60, words.y + 10, words.w - 120, words.h - 20);
 }
+
+} // namespace
+
+void payerAccountOrWords(const Pen &pen, const SlipRecords &r, const Boxes &row, const Label &wordsCaption)
+{
+    pen.boxes(row, AccountGroups);
+    pen.label(wordsCaption);
+    if (!r.cashDeposit()) {
+        pen.fill(row, Slip::accountDigits(r.doc.kontoFirmy));
+        return;
+    }
+    const qreal width = (row.count - 1) * Slip::BoxPitch + Slip::BoxWidth;
+    pen.words(r.doc.wartosc, row.x + 20, row.y + 10, width - 40, row.height - 20);
+}
+
+namespace {
 
 struct TaxFields {
     QString identifier, identifierType, period, symbol, identification;
@@ -93,8 +98,17 @@ void drawTaxFieldBlock(const Pen &pen, const SlipRecords &r)
     pen.boxed(TaxFieldsOnBank.identification, f.identification);
 }
 
+// The payment QR code at (x, y), or in the preview a note why it is missing.
+void drawQr(const Pen &pen, const SlipRecords &r, qreal x, qreal y)
+{
+    if (PaymentQr::draw(pen.engine, PaymentQr::text(r.doc), x, y, PaymentQr::PrintedSize))
+        return;
+    if (pen.engine.job().output == PrintEngine::Output::Preview)
+        pen.block({PaymentQr::missingReason(r.doc)}, x, y, PaymentQr::PrintedSize, PaymentQr::PrintedSize, 7);
+}
+
 // One part of the bank form; with `taxBlock` the tax fields take the title rows.
-void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel, bool taxBlock)
+void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel, bool taxBlock, bool qr = false)
 {
     const BankForm &L = Bank;
     partHeader(pen, r, partLabel, L.partLabelRight, L.partLabelY);
@@ -103,21 +117,29 @@ void drawBankPart(const Pen &pen, const SlipRecords &r, const QString &partLabel
     pen.boxed(L.recipientCd, recipient.value(1));
     pen.label(L.checkDigits);
     pen.boxed(L.recipientAccount, Slip::accountDigits(r.doc.klientKonto), Align::Left, AccountGroups);
-    amountRows(pen, r, L.wpY, L.currency, L.amount, L.words);
-    pen.boxed(L.payerAccount, r.cashDeposit() ? QString() : Slip::accountDigits(r.doc.kontoFirmy),
-              Align::Left, AccountGroups);
+    amountRow(pen, r, L.wpY, L.currency, L.amount);
+    payerAccountOrWords(pen, r, L.payerAccount, L.wordsCaption);
     const QStringList payer = nameRows(r.payerName(), r.payerAddress());
     pen.boxed(L.payer, payer.value(0));
     pen.boxed(L.payerCd, payer.value(1));
     if (taxBlock) {
         drawTaxFieldBlock(pen, r);
     } else {
-        const QStringList title = titleRows(r.doc.zaDokumentNazwa);
+        // One character to a box when the two rows hold it so, else machine-filled.
+        const QStringList words = r.doc.zaDokumentNazwa.simplified().split(QLatin1Char(' '));
+        const QStringList title = Slip::boxRows(RowBoxes, [&](int width, bool *fits) {
+            return Slip::packRows(words, 2, width, QStringLiteral(" "), fits);
+        });
         pen.boxed(L.title1, title.value(0));
         pen.boxed(L.title2, title.value(1));
     }
     pen.frame(L.fee);
-    pen.frame(L.signature);
+    Frame signature = L.signature;
+    if (qr) {
+        signature.w = L.signatureBesideQr;
+        drawQr(pen, r, L.qrX, L.qrY);
+    }
+    pen.frame(signature);
     pen.text(Slip::issueDate(r.doc.dataDokumentu), L.dateX, L.dateY, 10, false, true);
 }
 
@@ -125,12 +147,11 @@ void drawTaxPart(const Pen &pen, const SlipRecords &r, const QString &partLabel,
 {
     const TaxForm &L = Tax;
     partHeader(pen, r, partLabel, L.partLabelRight, L.partLabelY);
-    pen.boxed(L.office, r.doc.klientNazwa.left(RowChars));
-    pen.boxed(L.officeCd, r.doc.klientNazwa1.left(RowChars));
+    pen.boxed(L.office, r.doc.klientNazwa);
+    pen.boxed(L.officeCd, r.doc.klientNazwa1);
     pen.boxed(L.officeAccount, Slip::accountDigits(r.doc.klientKonto), Align::Left, AccountGroups);
-    amountRows(pen, r, L.wpY, L.currency, L.amount, L.words);
-    pen.boxed(L.payerAccount, r.cashDeposit() ? QString() : Slip::accountDigits(r.doc.kontoFirmy),
-              Align::Left, AccountGroups);
+    amountRow(pen, r, L.wpY, L.currency, L.amount);
+    payerAccountOrWords(pen, r, L.payerAccount, L.wordsCaption);
     const QStringList payer = nameRows(r.payerName(), r.payerAddress());
     pen.boxed(L.payer, payer.value(0));
     pen.boxed(L.payerCd, payer.value(1));
@@ -150,13 +171,14 @@ void drawTaxPart(const Pen &pen, const SlipRecords &r, const QString &partLabel,
 void drawSimplified(const Pen &pen, const SlipRecords &r)
 {
     const SimplifiedSlip &S = Simplified;
-    PrintEngine &e = pen.engine;
     const qreal top = S.top;
     const auto valueY = [&](qreal row) { return top + row + S.valueBelowRule; };
     pen.border(0, 0, Slip::PartWidth, Slip::PartHeight);
     pen.rule(S.captionX, top, S.rightX, top);
+    // The rule between the amount and its words stops short of the QR code beside them.
+    const bool qr = r.qr && !PaymentQr::text(r.doc).isEmpty();
     for (qreal rule : S.rules)
-        pen.rule(S.captionX, top + rule, S.rightX, top + rule);
+        pen.rule(S.captionX, top + rule, qr && rule == S.words ? S.qrX - 150 : S.rightX, top + rule);
     pen.rule(S.captionX, top + S.bottom, S.rightX, top + S.bottom);
     const struct {
         const char *text;
@@ -171,27 +193,22 @@ void drawSimplified(const Pen &pen, const SlipRecords &r)
     for (const auto &c : captions)
         pen.caption(QString::fromUtf8(c.text), S.captionX, valueY(c.row) + 20, 7);
 
-    // The account as it was typed; what does not fit its row goes on to the next.
+    // The account in its usual groups ("45 1140 2004 ..."); a longer one goes on in the next row.
     const qreal width = S.rightX - S.valueX;
-    e.UstawCzcionke(10, false, false, QStringLiteral("Courier New CE"));
-    QString account = r.doc.klientKonto.simplified();
-    QString rest;
-    while (e.textWidth(account) > width && !account.isEmpty()) {
-        rest.prepend(account.back());
-        account.chop(1);
-    }
-    pen.text(account, S.valueX, valueY(S.account), 10, false, true);
-    pen.text(rest.trimmed(), S.valueX, valueY(S.accountCd), 10, false, true);
+    pen.block({Slip::groupedAccount(r.doc.klientKonto)}, S.valueX, valueY(S.account), width, 2 * S.row - S.valueBelowRule - 20, 10);
 
-    pen.lines({Slip::packRows(r.recipientName(), 1, 80, QStringLiteral(" ")).value(0)}, S.valueX,
-              valueY(S.name), width, 10, true);
-    pen.lines({r.recipientAddress().join(QStringLiteral(", "))}, S.valueX, valueY(S.address), width, 10);
+    const qreal rowRoom = S.row - S.valueBelowRule - 20;
+    pen.block({r.recipientName().join(QLatin1Char(' '))}, S.valueX, valueY(S.name), width, rowRoom, 10, true);
+    pen.block({r.recipientAddress().join(QStringLiteral(", "))}, S.valueX, valueY(S.address), width, rowRoom,
+              10);
     if (pen.withAmount)
         pen.text(Slip::amountText(r.doc.wartosc), S.valueX, valueY(S.amount), 11, true);
     pen.words(r.doc.wartosc, S.valueX, valueY(S.words), S.wordsWidth, S.wordsHeight, 9);
-    e.UstawCzcionke(9, false, false, QStringLiteral("Arial CE"));
-    pen.lines(Slip::wrap(e, r.doc.zaDokumentNazwa, width, 2), S.valueX, valueY(S.title), width, 9);
+    pen.block(Slip::titleLines(r.doc.zaDokumentNazwa, Slip::titleCapacity(DocumentKinds::PrzelewBankowy)),
+              S.valueX, valueY(S.title), width, rowRoom, 9);
     pen.text(Slip::issueDate(r.doc.dataDokumentu), S.dateX, valueY(S.fee), 10, false, true);
+    if (r.qr)
+        drawQr(pen, r, S.qrX, top + S.qrY);
 }
 
 } // namespace
@@ -209,8 +226,11 @@ void DrukPrzelewu(PrintEngine &engine, const SlipRecords &r)
 {
     const Pen pen(engine);
     const QStringList labels = partLabels(partCount());
-    Slip::printParts(engine, int(labels.size()),
-                     [&](int part, int, int) { drawBankPart(pen, r, labels.at(part), false); });
+    // The code is for the payer's phone: on the payer's own copy only.
+    Slip::printParts(engine, int(labels.size()), [&](int part, int, int) {
+        const QString &label = labels.at(part);
+        drawBankPart(pen, r, label, false, r.qr && label == QLatin1String("odcinek dla zleceniodawcy"));
+    });
 }
 
 void DrukUproszczony(PrintEngine &engine, const SlipRecords &r)

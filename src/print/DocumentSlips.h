@@ -16,6 +16,7 @@ struct SlipRecords {
     PaymentDocument doc;
     FirmData firm;
     bool shortName = false; // "dprzelewZus": the payer is the firm's short name
+    bool qr = false;        // the banks' payment QR code on the customer's copy of a transfer
 
     // The payer's name lines: the firm's name, or its short name (the name when it has none).
     QStringList payerName() const;
@@ -45,6 +46,16 @@ void DrukDowoduWplaty(PrintEngine &engine, const SlipRecords &r);
 
 // The slip of the document's kind, as the settings choose it.
 void printDocumentSlip(PrintEngine &engine, const SlipRecords &r);
+
+namespace Slip {
+class Pen;
+struct Boxes;
+struct Label;
+}
+// The row shared by the payer's account (a transfer) and the amount in words (a cash
+// deposit): both captions, and the one value that applies.
+void payerAccountOrWords(const Slip::Pen &pen, const SlipRecords &r, const Slip::Boxes &row,
+                         const Slip::Label &wordsCaption);
 
 // The part labels of the bank and tax forms.
 QStringList partLabels(int parts);

@@ -53,12 +53,12 @@ void drawPostalPart(const Pen &pen, const SlipRecords &r, const QString &partLab
     pen.label(L.words);
     pen.words(r.doc.wartosc, L.wordsX, L.wordsY, L.wordsWidth, L.wordsHeight);
     pen.label(L.recipient);
-    pen.lines(recipientLines(r, false), L.recipientX, L.recipientY, L.lineWidth, 9);
+    pen.block(recipientLines(r, false), L.recipientX, L.recipientY, L.lineWidth, L.recipientHeight, 9);
     pen.label(L.bank);
-    pen.text(r.doc.klientBank.trimmed(), L.bankX, L.bankY, 9);
-    pen.text(r.doc.klientKonto.trimmed(), L.bankX, L.bankY + 220, 10, false, true);
+    pen.block({r.doc.klientBank}, L.bankX, L.bankY, L.bankWidth, L.bankHeight, 9);
+    pen.block({Slip::groupedAccount(r.doc.klientKonto)}, L.bankX, L.accountY, L.bankWidth, L.accountHeight, 10);
     pen.label(L.payer);
-    pen.lines(firmLines(r), L.payerX, L.payerY, L.lineWidth, 9);
+    pen.block(firmLines(r), L.payerX, L.payerY, L.lineWidth, L.payerHeight, 9);
     pen.frame(L.stamp);
     for (const Label &l : {L.stampCaption, L.stampDots, L.fee, L.feeDots, L.signatureDots, L.signature})
         pen.label(l);
@@ -67,7 +67,6 @@ void drawPostalPart(const Pen &pen, const SlipRecords &r, const QString &partLab
 void drawNamedOrderFront(const Pen &pen, const SlipRecords &r)
 {
     const NamedOrderForm &L = NamedOrder;
-    PrintEngine &e = pen.engine;
     const QString amount = amountOrNothing(pen, r);
     for (const Frame &f :
          {L.receipt, L.order, L.coupon, L.receiptStamp, L.services, L.districtStamp, L.sendingDay})
@@ -78,7 +77,8 @@ void drawNamedOrderFront(const Pen &pen, const SlipRecords &r)
          {L.receiptTitle, L.receiptTitle2, L.receiptAddressee, L.receiptFee, L.receiptNumber, L.keep})
         pen.label(l);
     pen.captioned(L.receiptAmount, amount, 9, true);
-    pen.lines(recipientLines(r, false), L.receiptTextX, L.receiptAddresseeY, L.receiptWidth, 8);
+    pen.block(recipientLines(r, false), L.receiptTextX, L.receiptAddresseeY, L.receiptWidth,
+              L.receiptAddresseeHeight, 8);
 
     // the order
     for (const Label &l : {L.title1, L.title2, L.words, L.sender, L.addressee, L.fee, L.feeDots, L.number,
@@ -86,20 +86,17 @@ void drawNamedOrderFront(const Pen &pen, const SlipRecords &r)
         pen.label(l);
     pen.captioned(L.amount, amount, 11, true);
     pen.words(r.doc.wartosc, L.wordsX, L.wordsY, L.wordsWidth, L.wordsHeight);
-    pen.lines(firmLines(r), L.orderTextX, L.senderY, L.orderTextWidth, 9);
-    const QStringList addressee = recipientLines(r, true);
-    const qreal below =
-        pen.lines(addressee.mid(0, 1), L.orderTextX, L.addresseeY, L.orderTextWidth, 10, true);
-    pen.lines(addressee.mid(1), L.orderTextX, below, L.orderTextWidth, 10);
+    pen.block(firmLines(r), L.orderTextX, L.senderY, L.orderTextWidth, L.senderHeight, 9);
+    pen.block(recipientLines(r, true), L.orderTextX, L.addresseeY, L.orderTextWidth, L.addresseeHeight, 10,
+              true);
 
     // the addressee's coupon, with the title as the message to the addressee
     for (const Label &l : {L.couponTitle, L.couponSender, L.place1, L.place2})
         pen.label(l);
     pen.captioned(L.couponAmount, amount, 9, true);
-    pen.lines(firmLines(r), L.couponTextX, L.couponSenderY, L.couponWidth, 8);
-    e.UstawCzcionke(8, false, false, QStringLiteral("Arial CE"));
-    pen.lines(Slip::wrap(e, r.doc.zaDokumentNazwa, L.couponWidth, 8), L.couponTextX, L.correspondenceY,
-              L.couponWidth, 8);
+    pen.block(firmLines(r), L.couponTextX, L.couponSenderY, L.couponWidth, L.couponSenderHeight, 8);
+    pen.block({r.doc.zaDokumentNazwa}, L.couponTextX, L.correspondenceY, L.couponWidth, L.correspondenceHeight,
+              8);
 }
 
 void drawNamedOrderBack(const Pen &pen)
@@ -120,12 +117,15 @@ void drawDepositCopy(const Pen &pen, const SlipRecords &r, const QString &copyNu
     pen.caption(copyNumber, L.copyNumberX, L.copyNumberY, L.copyNumberSize, true);
     for (const Label &l : {L.recipient, L.account, L.title2, L.payer, L.amount, L.plan1, L.plan2, L.words})
         pen.label(l);
-    pen.lines(recipientLines(r, true), L.leftX, L.recipientY, L.leftWidth, 9);
-    pen.text(r.doc.klientKonto.trimmed(), L.leftX, L.accountY, 10, false, true);
-    pen.captioned(L.bank, r.doc.klientBank.trimmed(), 9);
-    e.UstawCzcionke(9, false, false, QStringLiteral("Arial CE"));
-    pen.lines(Slip::wrap(e, r.doc.zaDokumentNazwa, L.leftWidth, 2), L.leftX, L.titleY, L.leftWidth, 9);
-    pen.lines(firmLines(r), L.leftX, L.payerY, L.leftWidth, 9);
+    pen.block(recipientLines(r, true), L.leftX, L.recipientY, L.leftWidth, L.recipientHeight, 9);
+    pen.block({Slip::groupedAccount(r.doc.klientKonto)}, L.leftX, L.accountY, L.leftWidth, L.accountHeight, 10);
+    // The bank's name after its caption, measured even when the form is pre-printed.
+    pen.label(L.bank);
+    e.UstawCzcionke(L.bank.size, false, false, QStringLiteral("Arial CE"));
+    const qreal bankX = L.bank.x + e.textWidth(QString::fromUtf8(L.bank.text));
+    pen.block({r.doc.klientBank}, bankX, L.bankY, L.leftX + L.leftWidth - bankX, L.bankHeight, 9);
+    pen.block({r.doc.zaDokumentNazwa}, L.leftX, L.titleY, L.leftWidth, L.titleHeight, 9);
+    pen.block(firmLines(r), L.leftX, L.payerY, L.leftWidth, L.payerHeight, 9);
     pen.frame(L.amountFrame);
     pen.text(amountOrNothing(pen, r), L.amountX, L.amountY, 12, true);
     pen.frame(L.planFrame);
@@ -144,6 +144,8 @@ void DrukPrzekazuNaKonto(PrintEngine &engine, const SlipRecords &r)
         QStringLiteral("Odcinek dla Poczty(Banku)"), QStringLiteral("Odcinek dla Poczty"),
         QStringLiteral("Odcinek dla posiadacza rachunku"), QStringLiteral("Potwierdzenie dla wpłacającego")};
     engine.UstawOrientacje(QPageLayout::Portrait);
+    const QRectF content(L.part.x, L.top + L.part.y, L.part.w, (labels.size() - 1) * L.pitch + L.part.h);
+    engine.setSheetContent(pen.wholeForm ? content : QRectF());
     for (int part = 0; part < labels.size(); ++part) {
         engine.UstawPoczatek(0, L.top + part * L.pitch);
         drawPostalPart(pen, r, labels.at(part));
@@ -152,8 +154,8 @@ void DrukPrzekazuNaKonto(PrintEngine &engine, const SlipRecords &r)
     // The back of the account holder's part: what the money is for.
     engine.UstawPoczatek(0, L.top + L.backPart * L.pitch);
     pen.label(L.kind);
-    engine.UstawCzcionke(10, false, false, QStringLiteral("Arial CE"));
-    pen.lines(Slip::wrap(engine, r.doc.zaDokumentNazwa, L.kindWidth, 3), L.kindX, L.kindY, L.kindWidth, 10);
+    pen.block(Slip::titleLines(r.doc.zaDokumentNazwa, Slip::titleCapacity(DocumentKinds::PrzekazPocztowy)),
+              L.kindX, L.kindY, L.kindWidth, L.kindHeight, 10);
     engine.KoniecStrony();
 }
 
@@ -162,6 +164,9 @@ void DrukPrzekazu(PrintEngine &engine, const SlipRecords &r)
     const Pen pen(engine);
     const NamedOrderForm &L = NamedOrder;
     engine.UstawOrientacje(QPageLayout::Portrait);
+    engine.setSheetContent(pen.wholeForm ? QRectF(L.receipt.x, L.top, L.coupon.x + L.coupon.w - L.receipt.x,
+                                                  L.receipt.h)
+                                         : QRectF());
     engine.UstawPoczatek(0, L.top);
     drawNamedOrderFront(pen, r);
     if (!pen.wholeForm) {
@@ -181,6 +186,9 @@ void DrukDowoduWplaty(PrintEngine &engine, const SlipRecords &r)
     const Pen pen(engine);
     const DepositSlipForm &L = DepositSlip;
     engine.UstawOrientacje(QPageLayout::Portrait);
+    const QRectF content(L.copy.x, L.top + L.copy.y, L.copy.w,
+                         (DepositCopies.size() - 1) * L.pitch + L.copy.h);
+    engine.setSheetContent(pen.wholeForm ? content : QRectF());
     for (int copy = 0; copy < DepositCopies.size(); ++copy) {
         engine.UstawPoczatek(0, L.top + copy * L.pitch);
         drawDepositCopy(pen, r, DepositCopies.at(copy));

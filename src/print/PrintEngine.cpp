@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "Dialogs.h"
 #include "Messages.h"
+#include "PrinterCalibration.h"
 #include "SettingsStore.h"
 #include "words/Slownie.h"
 
@@ -16,6 +17,10 @@
 namespace {
 
 constexpr qreal TwipsPerMillimetre = 56.7;
+
+// The backs are laid out for a sheet turned over its long edge.
+const QString TurnEdge = QStringLiteral("Obróć kartkę wokół dłuższej krawędzi (lewa strona na prawą), "
+                                        "górną krawędzią znów do góry, i włóż ją tak samo jak poprzednio.");
 
 int storedCopies()
 {
@@ -67,6 +72,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
     const bool withAmount = std::exchange(m_nextWithAmount, true);
     const std::optional<int> givenCopies = std::exchange(m_nextCopies, std::nullopt);
     const QVariantMap answers = std::exchange(m_nextAnswers, QVariantMap());
+    const std::optional<bool> qr = std::exchange(m_nextQr, std::nullopt);
     int copies = caller.isEmpty() || !givenCopies ? storedCopies() : qBound(1, *givenCopies, 255);
     bool previewOn = preview;
     if (caller.isEmpty()) {
@@ -81,7 +87,7 @@ bool PrintEngine::Drukuj(const QString &procedure, const QVariant &parameter, QP
         SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), copies);
     }
     m_job = Job{procedure, parameter, orientation, previewOn ? Output::Preview : Output::Printer, copies, false,
-                withAmount, answers};
+                withAmount, qr, answers};
 
     if (!m_drivers.contains(procedure)) {
         dialogs().message(QStringLiteral("Nieznana procedura wydruku"), QString(), Dialogs::Icon::Exclamation);
@@ -120,6 +126,12 @@ bool PrintEngine::run(PrintSurface &surface, int passes)
     m_surface = &surface;
     m_begun = m_copyPending = m_failed = false;
     m_pageCount = 0;
+    m_sheetContent = QRectF();
+    const PrinterCalibration calibration = PrinterCalibration::load(surface.calibrationName());
+    m_calibrationX = calibration.offsetX * TwipsPerMillimetre / 10;
+    m_calibrationY = calibration.offsetY * TwipsPerMillimetre / 10;
+    m_calibrationScale = calibration.scale / 1000.0;
+    updateSheet();
     UstawOrientacje(m_job.orientation);
     for (int pass = 0; pass < passes && !m_failed; ++pass) {
         m_copyPending = pass > 0;
@@ -176,10 +188,41 @@ bool PrintEngine::ensurePage()
     } else {
         return true;
     }
+    m_deviceBase = m_painter.worldTransform();
+    m_painter.setWorldTransform(m_sheet * m_deviceBase);
     m_painter.setFont(m_font);
     ++m_pageCount;
     m_pageEnded = m_copyPending = false;
     return true;
+}
+
+void PrintEngine::setSheetContent(const QRectF &extent)
+{
+    m_sheetContent = extent;
+    updateSheet();
+}
+
+void PrintEngine::updateSheet()
+{
+    QTransform sheet;
+    sheet.translate(m_calibrationX, m_calibrationY);
+    sheet.scale(m_calibrationScale, m_calibrationScale);
+    if (!m_sheetContent.isEmpty()) {
+        const QSizeF page = m_surface ? m_surface->pageSizeTwips() : QSizeF(11906, 16838);
+        const QRectF safe(SafeMargin, SafeMargin, page.width() - 2 * SafeMargin, page.height() - 2 * SafeMargin);
+        const QRectF &c = m_sheetContent;
+        const qreal scale = qMin(1.0, qMin(safe.width() / c.width(), safe.height() / c.height()));
+        // As little moved as keeps it off the edges.
+        qreal dx = qMax(0.0, safe.left() - scale * c.left());
+        dx = qMin(dx, safe.right() - scale * c.right());
+        qreal dy = qMax(0.0, safe.top() - scale * c.top());
+        dy = qMin(dy, safe.bottom() - scale * c.bottom());
+        sheet.translate(dx, dy);
+        sheet.scale(scale, scale);
+    }
+    m_sheet = sheet;
+    if (m_painter.isActive() && m_begun && !m_pageEnded && !m_copyPending)
+        m_painter.setWorldTransform(m_sheet * m_deviceBase);
 }
 
 void PrintEngine::UstawPoczatek(qreal x0, qreal y0)
@@ -323,9 +366,25 @@ void PrintEngine::Prostokat(qreal x, qreal y, qreal w, qreal h, bool grey, qreal
     m_painter.setBrush(Qt::NoBrush);
 }
 
+void PrintEngine::fillRects(const QList<QRectF> &rects)
+{
+    if (rects.isEmpty() || !ensurePage())
+        return;
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(Qt::black);
+    for (const QRectF &r : rects)
+        m_painter.drawRect(r.translated(m_originX, m_originY));
+    m_painter.setBrush(Qt::NoBrush);
+}
+
 void PrintEngine::turnOver(const QString &message)
 {
     KoniecStrony();
-    if (m_job.output == Output::Printer && !m_job.saving)
-        dialogs().information(message, QStringLiteral("Druk dwustronny"));
+    if (m_job.output != Output::Printer || m_job.saving)
+        return;
+    // The front goes to the printer as a job of its own before the user is asked to turn
+    // the sheet; the back is the next job.
+    if (m_begun && m_surface && m_surface->endJob(m_painter))
+        m_begun = false;
+    dialogs().information(message + QLatin1Char(' ') + TurnEdge, QStringLiteral("Druk dwustronny"));
 }

@@ -9,6 +9,7 @@
 #include <QPageLayout>
 #include <QPainter>
 #include <QString>
+#include <QTransform>
 #include <QVariant>
 
 #include <functional>
@@ -35,6 +36,7 @@ public:
         int copies = 1;
         bool saving = false;      // the preview's "Zapisz" is re-running the driver
         bool withAmount = true;   // the user answered "No" to printing the amount: false
+        std::optional<bool> qr;   // the payment QR code on or off, over the firm's setting
         // What the user answered while the driver ran (the arrangement of a slip's parts),
         // so that a repeated copy or the preview's "Zapisz" does not ask again.
         QVariantMap answers;
@@ -51,6 +53,8 @@ public:
     // Whether the next job prints the amount (the entry window asks the user); every job
     // takes this and puts it back to true.
     void setAmountPrinted(bool printed) { m_nextWithAmount = printed; }
+    // The payment QR code of the next job on or off whatever the firm's setting says.
+    void setNextQr(std::optional<bool> qr) { m_nextQr = qr; }
     // The copies of the next job started with a caller, instead of the stored count (the
     // command line's own count, which must not change the user's setting).
     void setNextCopies(int copies) { m_nextCopies = copies; }
@@ -101,9 +105,20 @@ public:
     // Lines and boxes, from the origin; a grey box is filled light grey.
     void Linia(qreal x1, qreal y1, qreal x2, qreal y2, qreal width = 10);
     void Prostokat(qreal x, qreal y, qreal w, qreal h, bool grey = false, qreal width = 10);
+    // Solid black rectangles, from the origin (a QR code's modules).
+    void fillRects(const QList<QRectF> &rects);
     // Ends the front of a two-sided form: the page ends, the user is told to turn the
     // sheet over with `message` (title "Druk dwustronny") and the back follows.
     void turnOver(const QString &message = QStringLiteral("Po wydrukowaniu przełóż kartkę na drugą stronę."));
+
+    // Whole forms on plain paper: the content of the sheet (layout twips, before the user's
+    // margins) is placed at least SafeMargin from every edge of the paper, made smaller
+    // only when it cannot fit otherwise. An empty extent: the layout follows the paper
+    // exactly (values for pre-printed forms, reports). Holds until the job ends.
+    static constexpr qreal SafeMargin = 283.5; // 5 mm
+    void setSheetContent(const QRectF &extent);
+    // Where a layout point lands on the current sheet (twips from the paper's corner).
+    QPointF sheetPoint(const QPointF &layout) const { return m_sheet.map(layout); }
 
     // The width of a text in the current font, in twips.
     qreal textWidth(const QString &text) const;
@@ -120,9 +135,17 @@ private:
     PrintEngine();
     bool run(PrintSurface &surface, int passes);
     bool ensurePage();
+    // The transform of the sheet from the safe margin and the printer's calibration.
+    void updateSheet();
+
+    QRectF m_sheetContent;
+    QTransform m_sheet;
+    QTransform m_deviceBase;
+    qreal m_calibrationX = 0, m_calibrationY = 0, m_calibrationScale = 1;
 
     Job m_job;
     bool m_nextWithAmount = true;
+    std::optional<bool> m_nextQr;
     std::optional<int> m_nextCopies;
     QVariantMap m_nextAnswers;
     QHash<QString, Driver> m_drivers;

@@ -42,6 +42,17 @@ public:
     // False when the device refuses the orientation.
     virtual bool setOrientation(QPageLayout::Orientation orientation) = 0;
     virtual bool isPreview() const { return false; }
+    // The name the printer's calibration is kept under: the CUPS queue, or "PDF"; empty
+    // for none (the preview shows the form as drawn).
+    virtual QString calibrationName() const { return QString(); }
+    // Ends the job so far (the front of a two-sided form, which must be out of the printer
+    // before the user turns the sheet); the next drawing begins a new job. False when the
+    // surface keeps one job (a file, the preview), which just goes on with a new page.
+    virtual bool endJob(QPainter &painter)
+    {
+        Q_UNUSED(painter);
+        return false;
+    }
     // Whether a job that drew nothing still makes one blank page (a file or the preview
     // does; a sheet of paper is not wasted).
     virtual bool keepsEmptyJob() const { return isPreview(); }
@@ -65,6 +76,7 @@ public:
     bool setOrientation(QPageLayout::Orientation orientation) override;
     bool keepsEmptyJob() const override { return true; }
     QString failure() const override { return m_file.error(); }
+    QString calibrationName() const override { return QStringLiteral("PDF"); }
 
 private:
     SafeOutput::File m_file;

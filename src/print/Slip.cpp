@@ -4,9 +4,13 @@
 #include "DateText.h"
 #include "Dialogs.h"
 #include "PrintEngine.h"
+#include "documents/DocumentKinds.h"
 #include "words/Slownie.h"
 
 #include <QFontMetricsF>
+#include <QHash>
+
+#include <cmath>
 
 namespace Slip {
 
@@ -14,22 +18,35 @@ namespace {
 
 const QString Courier = QStringLiteral("Courier New CE");
 const QString Arial = QStringLiteral("Arial CE");
+// The largest free text in a row of boxes: its capitals about as tall as the boxed ones.
+constexpr qreal RowFontSize = 10;
+
+// Metrics of a face at a size, kept: slips ask for the same few many times a page.
+const QFontMetricsF &metricsOf(const QString &face, qreal size)
+{
+    static QHash<QPair<QString, int>, QFontMetricsF> cache;
+    const int pixels = qMax(1, qRound(size * 20));
+    const auto key = qMakePair(face, pixels);
+    auto it = cache.find(key);
+    if (it == cache.end()) {
+        QFont font(PrintEngine::fontFamily(face));
+        font.setPixelSize(pixels);
+        it = cache.insert(key, QFontMetricsF(font));
+    }
+    return *it;
+}
 
 // Where the top of a box text goes so that its capitals sit in the middle of the box.
 qreal textTopInBox(qreal boxY, qreal boxHeight, qreal size)
 {
-    QFont font(PrintEngine::fontFamily(Courier));
-    font.setPixelSize(qRound(size * 20));
-    const QFontMetricsF fm(font);
+    const QFontMetricsF &fm = metricsOf(Courier, size);
     return boxY + boxHeight / 2 - (fm.ascent() - fm.capHeight() / 2);
 }
 
 // The distance from line to line of the engine's text in that face and size.
 qreal lineHeight(const QString &face, qreal size)
 {
-    QFont font(PrintEngine::fontFamily(face));
-    font.setPixelSize(qRound(size * 20));
-    return QFontMetricsF(font).height();
+    return metricsOf(face, size).height();
 }
 
 QString joined(const QStringList &parts, const QString &separator)
@@ -108,7 +125,7 @@ void Pen::frame(const Frame &f) const
 
 void Pen::fill(const Boxes &b, const QString &value, Align align) const
 {
-    const QString text = value.trimmed();
+    const QString text = value.simplified();
     if (text.isEmpty() || b.count <= 0)
         return;
     const qsizetype length = text.size();
@@ -121,14 +138,59 @@ void Pen::fill(const Boxes &b, const QString &value, Align align) const
             engine.DrukTekst(QString(text.at(i)), boxX(b.x, int(first + i)) + inset, top);
         return;
     }
-    // Two characters to a box (Courier at 12 pt), smaller still when even that is too few.
-    const qreal size = length <= 2 * b.count ? BoxFontSize : BoxFontSize * 2 * b.count / qreal(length);
-    engine.UstawCzcionke(size, false, false, Courier);
-    const qreal halfPitch = BoxPitch / 2;
-    qreal x = b.x - (BoxPitch - BoxWidth) / 2;
-    if (align == Align::Right && length < 2 * b.count)
-        x += (2 * b.count - length) * halfPitch;
-    engine.DrukTekst(text, x, textTopInBox(b.y, b.height, size));
+    // Free text across the whole row, as large as the row's width and height allow.
+    const qreal rowWidth = (b.count - 1) * BoxPitch + BoxWidth - 40;
+    qreal size = RowFontSize;
+    engine.UstawCzcionke(size, false, false, Arial);
+    const qreal width = engine.textWidth(text);
+    if (width > rowWidth)
+        size = std::floor(size * rowWidth / width * 10) / 10;
+    engine.UstawCzcionke(size, false, false, Arial);
+    const qreal x = align == Align::Right ? b.x + rowWidth + 20 - engine.textWidth(text) : b.x + 20;
+    engine.DrukTekst(text, x, b.y + (b.height - lineHeight(Arial, size)) / 2);
+}
+
+qreal Pen::block(const QStringList &paragraphs, qreal x, qreal y, qreal width, qreal height, qreal size,
+                 bool boldFirst) const
+{
+    QStringList kept;
+    for (const QString &p : paragraphs)
+        if (!p.trimmed().isEmpty())
+            kept << p.simplified();
+    if (kept.isEmpty())
+        return y;
+    // Every paragraph broken at its measured width; a size that leaves no line too wide
+    // and the lines within the height, else smaller.
+    QList<QStringList> broken;
+    // A first guess from the area the text covers, so that a long text needs few tries.
+    engine.UstawCzcionke(size, boldFirst, false, Arial);
+    const qreal covered = engine.textWidth(kept.join(QLatin1Char(' '))) * lineHeight(Arial, size);
+    if (covered > 0 && covered > width * height)
+        size = qMax<qreal>(3, std::floor(size * std::sqrt(width * height / covered) * 4) / 4 + 0.75);
+    for (;; size -= 0.25) {
+        broken.clear();
+        qreal total = 0;
+        bool tooWide = false;
+        for (qsizetype i = 0; i < kept.size(); ++i) {
+            engine.UstawCzcionke(size, boldFirst && i == 0, false, Arial);
+            QStringList lines = wrap(engine, kept.at(i), width, 1000);
+            for (const QString &line : lines)
+                tooWide = tooWide || engine.textWidth(line) > width;
+            total += lines.size() * lineHeight(Arial, size);
+            broken << lines;
+        }
+        if ((!tooWide && total <= height) || size <= 3)
+            break;
+    }
+    const qreal advance = lineHeight(Arial, size);
+    for (qsizetype i = 0; i < broken.size(); ++i) {
+        engine.UstawCzcionke(size, boldFirst && i == 0, false, Arial);
+        for (const QString &line : broken.at(i)) {
+            engine.DrukTekst(line, x, y);
+            y += advance;
+        }
+    }
+    return y;
 }
 
 void Pen::text(const QString &value, qreal x, qreal y, qreal size, bool bold, bool mono) const
@@ -148,21 +210,6 @@ void Pen::captioned(const Label &l, const QString &value, qreal valueSize, bool 
     engine.UstawCzcionke(l.size, l.bold, false, Arial);
     const qreal valueX = l.x + engine.textWidth(captionText);
     text(value, valueX, l.y - (valueSize - l.size) * 20 * 0.9, valueSize, bold);
-}
-
-qreal Pen::lines(const QStringList &values, qreal x, qreal y, qreal width, qreal size, bool bold) const
-{
-    engine.UstawCzcionke(size, bold, false, Arial);
-    const qreal advance = lineHeight(Arial, size);
-    for (const QString &value : values) {
-        for (QString line : wrap(engine, value, width, 100)) {
-            while (!line.isEmpty() && engine.textWidth(line) > width) // one word wider than the field
-                line.chop(1);
-            engine.DrukTekst(line, x, y);
-            y += advance;
-        }
-    }
-    return y;
 }
 
 void Pen::words(Money amount, qreal x, qreal y, qreal width, qreal height, qreal size) const
@@ -200,7 +247,7 @@ void Pen::wpMarks(qreal x, qreal y, qreal height, bool cashDeposit) const
 
 QString boxAmount(Money amount)
 {
-    return amount.plain(QLatin1Char('.'));
+    return amount.plain(QLatin1Char(','));
 }
 
 QString amountText(Money amount, int format)
@@ -231,11 +278,21 @@ QString issueDate(const QDate &date)
 
 QString accountDigits(const QString &account)
 {
-    QString out;
-    for (const QChar c : account)
-        if (!c.isSpace() && c != QLatin1Char('-'))
-            out += c;
-    return out;
+    QString text = account.trimmed();
+    if (text.startsWith(QLatin1String("PL"), Qt::CaseInsensitive))
+        text.remove(0, 2);
+    return digitsOnly(text);
+}
+
+QString groupedAccount(const QString &account)
+{
+    const QString digits = accountDigits(account);
+    if (digits.isEmpty())
+        return account.simplified(); // not a Polish number: as it was typed
+    QString grouped = digits.left(2);
+    for (qsizetype i = 2; i < digits.size(); i += 4)
+        grouped += QLatin1Char(' ') + digits.mid(i, 4);
+    return grouped;
 }
 
 QString digitsOnly(const QString &text)
@@ -270,19 +327,58 @@ QStringList packRows(const QStringList &texts, int rows, int width, const QStrin
         out << current;
     while (out.size() > rows && rows > 0)
         out[rows - 1] += separator + out.takeAt(rows);
-    for (QString &line : out) {
+    for (const QString &line : out)
         if (line.size() > width && fits)
             *fits = false;
-        line.truncate(width);
-    }
     return out;
 }
 
 QStringList boxRows(int boxes, const std::function<QStringList(int width, bool *fits)> &pack)
 {
+    QStringList rows;
+    for (int times = 1; times <= 4; ++times) {
+        bool fits = false;
+        rows = pack(times * boxes, &fits);
+        if (fits)
+            return rows;
+    }
+    return rows; // longer still: the rows shrink to hold it
+}
+
+TextCapacity titleCapacity(int kind)
+{
+    switch (kind) {
+    case DocumentKinds::PrzelewBankowy:
+    case DocumentKinds::BankowyDowodWplaty:
+        return {2, 54}; // two rows, machine-filled
+    case DocumentKinds::PrzekazPocztowy:
+        return {3, 60}; // the back of the account holder's part
+    case DocumentKinds::PrzekazImienny:
+        return {6, 30}; // the addressee's coupon, "na korespondencję"
+    default:
+        return {};
+    }
+}
+
+QStringList titleLines(const QString &title, TextCapacity capacity, bool *fits)
+{
+    const QStringList words = title.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    bool ok = true;
+    QStringList lines = packRows(words, qMax(capacity.rows, 1), qMax(capacity.perRow, 1),
+                                 QStringLiteral(" "), &ok);
+    if (fits)
+        *fits = ok && (capacity.rows > 0 || words.isEmpty());
+    return lines;
+}
+
+bool titleFits(int kind, const QString &title)
+{
+    const TextCapacity c = titleCapacity(kind);
+    if (c.rows == 0)
+        return true; // printed nowhere: nothing to cut
     bool fits = false;
-    const QStringList oneToABox = pack(boxes, &fits);
-    return fits ? oneToABox : pack(2 * boxes, nullptr);
+    titleLines(title, c, &fits);
+    return fits;
 }
 
 QStringList nameAndAddress(const QStringList &name, const QStringList &address, int width, bool *fits)
@@ -366,8 +462,13 @@ void printParts(PrintEngine &engine, int parts,
 {
     const QList<Sheet> sheets = arrangeParts(engine, parts);
     int part = 0;
+    const bool wholeForm = appState().wstawiany == 0;
     for (int s = 0; s < sheets.size(); ++s) {
         engine.UstawOrientacje(sheets.at(s).orientation);
+        QRectF content;
+        for (const QPointF &corner : sheets.at(s).corners)
+            content = content.united(QRectF(corner, QSizeF(PartWidth, PartHeight)));
+        engine.setSheetContent(wholeForm ? content : QRectF());
         for (const QPointF &corner : sheets.at(s).corners) {
             engine.UstawPoczatek(corner.x(), corner.y());
             drawPart(part++, s, int(sheets.size()));

@@ -23,9 +23,10 @@ constexpr qreal BoxPitch = 288;
 constexpr qreal BoxWidth = 250;
 constexpr qreal TextRowBox = 255; // box height of a text row
 constexpr qreal NumberRowBox = 300;
-// Courier New at 12 pt is 10 characters to the inch: two to a box, so a text longer than
-// its boxes still keeps to the grid.
+// The size of one character in its box.
 constexpr qreal BoxFontSize = 12;
+// Below this a free text in a row is no longer legible on a bank's scanner.
+constexpr qreal SmallestRowFontSize = 5;
 
 // A row of character boxes with its small caption above. `captionX` < 0: over the first box.
 struct Boxes {
@@ -81,7 +82,8 @@ public:
     void border(qreal x, qreal y, qreal w, qreal h) const;
 
     // Values, printed always. A text goes one character to a box, right-aligned when told;
-    // a longer one runs two characters to a box (and smaller still past that).
+    // a longer one runs as free text across the row in a size measured to fit it (machine
+    // filling may ignore the boxes), never two glyphs squeezed into one box.
     void fill(const Boxes &b, const QString &text, Align align = Align::Left) const;
     void boxed(const Boxes &b, const QString &text, Align align = Align::Left,
                const QList<int> &thickAfter = {}) const
@@ -94,10 +96,11 @@ public:
               bool mono = false) const;
     // The text after a fixed caption on the same line: the caption (whole form) and the value.
     void captioned(const Label &caption, const QString &value, qreal valueSize = 9, bool bold = false) const;
-    // Lines of text from (x, y) down, a line too long for `width` going on in the next;
-    // returns the y below the last.
-    qreal lines(const QStringList &lines, qreal x, qreal y, qreal width, qreal size = 9,
-                bool bold = false) const;
+    // Paragraphs broken between words into the area (x, y, width, height), the size
+    // shrinking from `size` until every line fits; returns the y below the last line.
+    // The first paragraph in bold when `boldFirst`.
+    qreal block(const QStringList &paragraphs, qreal x, qreal y, qreal width, qreal height, qreal size = 9,
+                bool boldFirst = false) const;
     // The amount in words in a field `width` wide and `height` high: the font shrinks from
     // `size` until the wording fits. Nothing when the amount is not printed.
     void words(Money amount, qreal x, qreal y, qreal width, qreal height, qreal size = 8) const;
@@ -105,7 +108,7 @@ public:
     void wpMarks(qreal x, qreal y, qreal height, bool cashDeposit) const;
 };
 
-// The amount in the character boxes: "########0.00" with a dot ("1234.50").
+// The amount in the character boxes: "########0.00" with the decimal comma ("1234,50").
 QString boxAmount(Money amount);
 // The amount printed outside the boxes, in the format chosen in the settings (DrukZlGr):
 // 0 "1 234,50", 1 "1 234,50 zł", 2 "1 234 zł 50 gr".
@@ -113,13 +116,15 @@ QString amountText(Money amount, int format);
 QString amountText(Money amount);
 // The issue date as the slip prints it; empty when dates are not printed.
 QString issueDate(const QDate &date);
-// An account number for its boxes: blanks and dashes dropped.
+// An account number for its boxes: digits only, a leading country code "PL" and blanks dropped.
 QString accountDigits(const QString &account);
+// An account for a line of text: its digits in the usual groups ("45 1140 2004 ...").
+QString groupedAccount(const QString &account);
 // Digits only (a NIP printed one digit to a box).
 QString digitsOnly(const QString &text);
 // Packs texts into `rows` lines of at most `width` characters: a text joins the line before
-// it (after `separator`) while it fits, else starts the next line; the last line is cut.
-// `fits` tells whether everything found its place uncut.
+// it (after `separator`) while it fits, else starts the next line; what is left over joins
+// the last line. Nothing is cut: `fits` tells whether every line kept to `width`.
 QStringList packRows(const QStringList &texts, int rows, int width,
                      const QString &separator = QStringLiteral(", "), bool *fits = nullptr);
 // A name and an address in two rows of `width` characters: the name in the first and the
@@ -127,8 +132,22 @@ QStringList packRows(const QStringList &texts, int rows, int width,
 QStringList nameAndAddress(const QStringList &name, const QStringList &address, int width,
                            bool *fits = nullptr);
 // The rows of a text field of `boxes` boxes: one character to a box when `pack` fits
-// everything that way, else two to a box.
+// everything that way, else the narrowest machine-filled width that holds it all (the row
+// then prints as free text in a smaller size).
 QStringList boxRows(int boxes, const std::function<QStringList(int width, bool *fits)> &pack);
+// What a slip can hold of a document's title: `rows` lines of at most `perRow` characters,
+// broken between words. No rows: the slip has no place for a title.
+struct TextCapacity {
+    int rows = 0;
+    int perRow = 0;
+};
+// The title's place on the slip of the document kind (as the settings choose the slip).
+TextCapacity titleCapacity(int kind);
+// The title broken between words into the lines of `capacity`; `fits` false when it needs more.
+QStringList titleLines(const QString &title, TextCapacity capacity, bool *fits = nullptr);
+// Whether the slip of `kind` carries the whole title.
+bool titleFits(int kind, const QString &title);
+
 // Breaks a text into at most `rows` lines whose measured width stays within `width`.
 QStringList wrap(const PrintEngine &engine, const QString &text, qreal width, int rows);
 
@@ -149,6 +168,10 @@ constexpr qreal StackedPitch = 6209;
 // Four parts on one A4 landscape sheet, two by two.
 constexpr qreal GridColumn = 8419;
 constexpr qreal GridRow = 5953;
+
+// Where a part drawn at the sheet's corner stands on plain paper: off the edges by the
+// safe margin (parts one under another fit without shrinking).
+constexpr QPointF SafeShift(283.5, 283.5);
 
 // Where the `parts` parts of a form go: two under one another on A4 portrait; four on
 // two such sheets, or, with "Wydruk 4 odcinków na jednej stronie A4", two by two on one

@@ -6,6 +6,7 @@
 #include "DocumentSlips.h"
 #include "documents/Firm.h"
 #include "Messages.h"
+#include "PaymentQr.h"
 #include "PrintEngine.h"
 #include "Slip.h"
 #include "documents/DocumentStore.h"
@@ -36,6 +37,7 @@ void printStored(PrintEngine &engine, bool shortName)
     r.doc = *doc;
     r.firm = FirmStore::read(Db()).value_or(FirmData{});
     r.shortName = shortName;
+    r.qr = engine.job().qr.value_or(PaymentQr::firmSetting(Db()));
     printDocumentSlip(engine, r);
 }
 

@@ -29,22 +29,26 @@ struct BankForm {
     qreal wpY = 1785;
     Boxes currency{"waluta", boxX(Left, 11), 1785, 3, NumberRowBox};
     Boxes amount{"kwota", boxX(Left, 15), 1785, 12, NumberRowBox};
-    Frame words{"kwota słownie (wpłata)", Left, 2265, Right - Left - 38, 390};
-    Boxes payerAccount{"nr rachunku zleceniodawcy (przelew)", Left, 2805, 26, NumberRowBox};
-    Boxes payer{"nazwa zleceniodawcy", Left, 3265, 27};
-    Boxes payerCd{"nazwa zleceniodawcy cd.", Left, 3655, 27};
-    Boxes title1{"tytułem", Left, 4045, 27};
-    Boxes title2{"tytułem cd.", Left, 4435, 27};
-    Frame fee{"opłata:", Left, 4900, 1700, 450};
-    Frame signature{"pieczęć, data i podpis(y) zleceniodawcy", 2300, 4800, Right - 2300 - 38, 820, true};
-    qreal dateX = 2400, dateY = 4860;
+    // One row for both: the payer's account for a transfer, the amount in words for a
+    // cash deposit, captioned for both as on the standard form.
+    Boxes payerAccount{"nr rachunku zleceniodawcy (przelew)", Left, 2245, 26, NumberRowBox};
+    Label wordsCaption{"kwota słownie (wpłata)", boxX(Left, 16), 2115, 6};
+    Boxes payer{"nazwa zleceniodawcy", Left, 2705, 27};
+    Boxes payerCd{"nazwa zleceniodawcy cd.", Left, 3095, 27};
+    Boxes title1{"tytułem", Left, 3485, 27};
+    Boxes title2{"tytułem cd.", Left, 3875, 27};
+    Frame fee{"opłata:", Left, 4330, 1700, 450};
+    Frame signature{"pieczęć, data i podpis(y) zleceniodawcy", 2300, 4230, Right - 2300 - 38, 820, true};
+    qreal dateX = 2400, dateY = 4290;
+    // The payment QR code on the customer's copy, right of a narrower signature field.
+    qreal qrX = Right - 1100 - 100, qrY = 4330, signatureBesideQr = 6600 - 2300;
 };
 inline constexpr BankForm Bank{};
 
 // The thicker separators of a 26-digit account: after the check digits, then every four.
 inline const QList<int> AccountGroups = {1, 5, 9, 13, 17, 21};
 
-// Tax transfer form (to a tax office): the same part, eleven rows.
+// Tax transfer form (to a tax office): the same part and the same first seven rows.
 struct TaxForm {
     Label title{nullptr, Left, 100, 10, true};
     qreal partLabelRight = Right, partLabelY = 130;
@@ -54,18 +58,18 @@ struct TaxForm {
     qreal wpY = 1765;
     Boxes currency{"waluta", boxX(Left, 11), 1765, 3, NumberRowBox};
     Boxes amount{"kwota", boxX(Left, 15), 1765, 12, NumberRowBox};
-    Frame words{"kwota słownie (wpłata)", Left, 2225, Right - Left - 38, 320};
-    Boxes payerAccount{"nr rachunku bankowego zobowiązanego (przelew)", Left, 2705, 26, NumberRowBox};
-    Boxes payer{"nazwa i adres zobowiązanego", Left, 3145, 27};
-    Boxes payerCd{"nazwa i adres zobowiązanego cd.", Left, 3535, 27};
-    Boxes identifier{"NIP lub identyfikator uzupełniający zobowiązanego", Left, 3925, 14};
-    Boxes identifierType{"typ identyfikatora", boxX(Left, 16), 3925, 1};
-    Boxes period{"okres (rok, typ okresu, nr okresu)", Left, 4315, 7};
-    Boxes symbol{"symbol formul. lub płatn.", boxX(Left, 10), 4315, 7};
-    Boxes identification{"identyfikacja zobowiązania (rodzaj dokumentu)", Left, 4705, 20};
-    Frame fee{"opłata:", Left, 5130, 1700, 400};
-    Frame signature{"pieczęć, data i podpis zobowiązanego", 2300, 5030, Right - 2300 - 38, 640, true};
-    qreal dateX = 2400, dateY = 5080;
+    Boxes payerAccount{"nr rachunku bankowego zobowiązanego (przelew)", Left, 2205, 26, NumberRowBox};
+    Label wordsCaption{"kwota słownie (wpłata)", boxX(Left, 18), 2075, 6};
+    Boxes payer{"nazwa i adres zobowiązanego", Left, 2645, 27};
+    Boxes payerCd{"nazwa i adres zobowiązanego cd.", Left, 3035, 27};
+    Boxes identifier{"NIP lub identyfikator uzupełniający zobowiązanego", Left, 3425, 14};
+    Boxes identifierType{"typ identyfikatora", boxX(Left, 16), 3425, 1};
+    Boxes period{"okres (rok, typ okresu, nr okresu)", Left, 3815, 7};
+    Boxes symbol{"symbol formul. lub płatn.", boxX(Left, 10), 3815, 7};
+    Boxes identification{"identyfikacja zobowiązania (rodzaj dokumentu)", Left, 4205, 20};
+    Frame fee{"opłata:", Left, 4630, 1700, 400};
+    Frame signature{"pieczęć, data i podpis zobowiązanego", 2300, 4530, Right - 2300 - 38, 640, true};
+    qreal dateX = 2400, dateY = 4580;
 };
 inline constexpr TaxForm Tax{};
 // The signature captions when the four parts go on two sheets.
@@ -76,11 +80,11 @@ inline constexpr const char *TaxLastSheetSignature =
 
 // The tax fields on the bank form (old forms): in place of the two title rows.
 struct TaxFieldBlock {
-    Boxes identifier{"NIP lub identyfikator uzup. zobowiązanego", Left, 4045, 14};
-    Boxes identifierType{"typ identyfikatora", boxX(Left, 16), 4045, 1};
-    Boxes period{"okres (rok, typ okresu, nr okresu)", Left, 4435, 7};
-    Boxes symbol{"symbol formularza lub płatności", boxX(Left, 8), 4435, 6};
-    Boxes identification{"identyfikacja zobowiązania (rodzaj dokumentu)", boxX(Left, 15), 4435, 12};
+    Boxes identifier{"NIP lub identyfikator uzup. zobowiązanego", Left, 3485, 14};
+    Boxes identifierType{"typ identyfikatora", boxX(Left, 16), 3485, 1};
+    Boxes period{"okres (rok, typ okresu, nr okresu)", Left, 3875, 7};
+    Boxes symbol{"symbol formularza lub płatności", boxX(Left, 8), 3875, 6};
+    Boxes identification{"identyfikacja zobowiązania (rodzaj dokumentu)", boxX(Left, 15), 3875, 12};
 };
 inline constexpr TaxFieldBlock TaxFieldsOnBank{};
 
@@ -92,12 +96,15 @@ struct SimplifiedSlip {
     qreal valueX = 2300;   // value column
     qreal rightX = Right;
     qreal valueBelowRule = 170;
+    qreal row = 510;
     qreal rules[5] = {510, 1020, 2040, 2550, 3570};
     qreal account = 0, accountCd = 510, name = 1020, address = 1530, amount = 2040, words = 2550,
           title = 3570;
     qreal fee = 4080, bottom = 4590;
     qreal wordsWidth = 3000, wordsHeight = 830;
     qreal dateX = 5800;
+    // The payment QR code right of the amount and its words, clear of the rules.
+    qreal qrX = Right - 1100 - 100, qrY = 2040 + 120;
 };
 inline constexpr SimplifiedSlip Simplified{};
 
@@ -110,43 +117,46 @@ struct ZusForm {
     Boxes wp{"02.", Left, 1105, 1, NumberRowBox};
     Boxes currency{nullptr, boxX(Left, 11), 1105, 3, NumberRowBox};
     Boxes amount{"03. Kwota", boxX(Left, 15), 1105, 12, NumberRowBox};
-    Frame words{"04. Kwota słownie", Left, 1605, Right - Left - 38, 360};
-    Boxes payerAccount{"04. Nr rachunku bankowego płatnika", Left, 2145, 26, NumberRowBox};
-    Boxes payer{"05. Nazwa skrócona płatnika lub nazwisko i imię płatnika", Left, 2625, 27};
-    Boxes payerCd{"Nazwa skrócona płatnika lub nazwisko i imię płatnika cd.", Left, 3015, 27};
-    Boxes nip{"06. NIP płatnika", Left, 3405, 10, NumberRowBox};
-    Boxes identifierType{"07.", boxX(Left, 11), 3405, 1, NumberRowBox};
-    Boxes identifier{"08. Drugi identyfikator płatnika", boxX(Left, 13), 3405, 14, NumberRowBox};
-    Boxes paymentType{"Typ. wpł.", Left, 3885, 1, NumberRowBox};
-    Boxes declarationNumber{"10. Nr dekl.", boxX(Left, 3), 3885, 2, NumberRowBox};
-    Boxes declaration{"11. Deklaracja", boxX(Left, 6), 3885, 6, NumberRowBox};
-    Boxes decision{"12. Nr decyzji/umowy/tytułu wykonawczego", boxX(Left, 13), 3885, 14, NumberRowBox};
-    Frame fee{"opłata:", Left, 4480, 1700, 450};
+    // Field 04: the payer's account for a transfer, the amount in words for a deposit.
+    Boxes payerAccount{"04. Nr rachunku bankowego płatnika", Left, 1585, 26, NumberRowBox};
+    Label wordsCaption{"04. Kwota słownie", boxX(Left, 18), 1455, 6};
+    Boxes payer{"05. Nazwa skrócona płatnika lub nazwisko i imię płatnika", Left, 2045, 27};
+    Boxes payerCd{"Nazwa skrócona płatnika lub nazwisko i imię płatnika cd.", Left, 2435, 27};
+    Boxes nip{"06. NIP płatnika", Left, 2825, 10, NumberRowBox};
+    Boxes identifierType{"07.", boxX(Left, 11), 2825, 1, NumberRowBox};
+    Boxes identifier{"08. Drugi identyfikator płatnika", boxX(Left, 13), 2825, 14, NumberRowBox};
+    Boxes paymentType{"Typ. wpł.", Left, 3305, 1, NumberRowBox};
+    Boxes declarationNumber{"10. Nr dekl.", boxX(Left, 3), 3305, 2, NumberRowBox};
+    Boxes declaration{"11. Deklaracja", boxX(Left, 6), 3305, 6, NumberRowBox};
+    Boxes decision{"12. Nr decyzji/umowy/tytułu wykonawczego", boxX(Left, 13), 3305, 14, NumberRowBox};
+    Frame fee{"opłata:", Left, 3900, 1700, 450};
     Frame signature{"Nazwisko, imię i adres wpłacającego lub pieczęć i podpisy(y) zleceniodawcy",
                     2300,
-                    4380,
+                    3800,
                     Right - 2300 - 38,
                     1000,
                     true};
-    qreal dateX = 2400, dateY = 4440;
+    qreal dateX = 2400, dateY = 3860;
 };
 inline constexpr ZusForm Zus{};
 
-// Postal order to an account: four parts one under another on A4 portrait.
+// Postal order to an account: four parts one under another on A4 portrait, kept off the
+// paper's edges. Each value has its area (x, y, width, height) that nothing else enters.
 struct PostalOrderForm {
-    qreal top = 80, pitch = 4180;
-    Frame part{nullptr, 300, 40, 11300, 4100};
+    qreal top = 80, pitch = 4060;
+    Frame part{nullptr, 300, 40, 11300, 4000};
     Label partLabel{nullptr, 450, 130, 8, true};
     Frame amountFrame{nullptr, 450, 430, 3200, 360};
     qreal amountX = 550, amountY = 480;
     Label words{"Słownie:", 450, 950, 7};
     qreal wordsX = 1500, wordsY = 920, wordsWidth = 6700, wordsHeight = 440;
     Label recipient{"na rachunek:", 450, 1420, 7};
-    qreal recipientX = 1500, recipientY = 1390;
+    qreal recipientX = 1500, recipientY = 1390, recipientHeight = 680;
     Label bank{"Bank i nr konta:", 450, 2100, 7};
-    qreal bankX = 1700, bankY = 2070;
+    qreal bankX = 1700, bankY = 2070, bankWidth = 6500, bankHeight = 220;
+    qreal accountY = 2300, accountHeight = 280;
     Label payer{"Wpłacający", 450, 2640, 7};
-    qreal payerX = 1500, payerY = 2610;
+    qreal payerX = 1500, payerY = 2610, payerHeight = 1360;
     Frame stamp{nullptr, 8500, 130, 3000, 2000};
     Label stampCaption{"Datownik", 8600, 180, 7};
     Label stampDots{"........", 9600, 1600, 9};
@@ -158,7 +168,7 @@ struct PostalOrderForm {
     // The back: the message for the account holder, behind that part.
     int backPart = 2;
     Label kind{"Rodzaj zobowiązania:", 450, 300, 8, true};
-    qreal kindX = 450, kindY = 560, kindWidth = 10500;
+    qreal kindX = 450, kindY = 560, kindWidth = 10500, kindHeight = 3300;
 };
 inline constexpr PostalOrderForm PostalOrder{};
 
@@ -175,7 +185,7 @@ struct NamedOrderForm {
     Label receiptTitle2{"przekazu pocztowego", 400, 340, 8};
     Label receiptAmount{"na ", 400, 750, 9};
     Label receiptAddressee{"Adresat:", 400, 1150, 7};
-    qreal receiptAddresseeY = 1320, receiptTextX = 400, receiptWidth = 2700;
+    qreal receiptAddresseeY = 1320, receiptTextX = 400, receiptWidth = 2700, receiptAddresseeHeight = 950;
     Label receiptFee{"Opłata zł ............", 400, 2300, 7};
     Label receiptNumber{"Nr nadania ...........", 400, 2600, 7};
     Frame receiptStamp{nullptr, 450, 2950, 2600, 1700};
@@ -186,10 +196,11 @@ struct NamedOrderForm {
     Label amount{"na ", 3450, 950, 11, true};
     Label words{"Słownie: ", 3450, 1400, 7};
     qreal wordsX = 4100, wordsY = 1380, wordsWidth = 2350, wordsHeight = 740;
+    // Sender and addressee may run under the right-hand column, which is empty down there.
     Label sender{"Nadawca:", 3450, 2150, 7};
-    qreal senderY = 2320;
+    qreal senderY = 2320, senderHeight = 700;
     Label addressee{"Adresat:", 3450, 3050, 7};
-    qreal addresseeY = 3220, orderTextX = 3450, orderTextWidth = 3050;
+    qreal addresseeY = 3220, addresseeHeight = 1000, orderTextX = 3450, orderTextWidth = 4950;
     Label fee{"Opłata", 6650, 120, 7};
     Label feeDots{"zł....", 6650, 320, 7};
     Frame services{"Świadczenia dodatkowe", 6650, 750, 1700, 550};
@@ -202,10 +213,10 @@ struct NamedOrderForm {
     Label couponTitle{"Odcinek dla adresata", 8700, 120, 9, true};
     Label couponAmount{"na ", 8700, 500, 9};
     Label couponSender{"Nadawca:", 8700, 900, 7};
-    qreal couponSenderY = 1070, couponTextX = 8700, couponWidth = 2800;
+    qreal couponSenderY = 1070, couponSenderHeight = 1000, couponTextX = 8700, couponWidth = 2800;
     Label place1{"Miejsce", 8700, 2100, 7};
     Label place2{"na korespondencję", 8700, 2270, 7};
-    qreal correspondenceY = 2550;
+    qreal correspondenceY = 2550, correspondenceHeight = 3150;
     // the fields-only print's name
     Label fieldsOnly{"Przekaz Pocztowy", 300, 6000, 7};
 };
@@ -255,21 +266,22 @@ struct NamedOrderBackForm {
 };
 inline constexpr NamedOrderBackForm NamedOrderBack{};
 
-// Bank deposit slip: four copies one under another on A4 portrait.
+// Bank deposit slip: four copies one under another on A4 portrait, kept off the edges.
 struct DepositSlipForm {
-    qreal top = 80, pitch = 4180;
-    Frame copy{nullptr, 300, 40, 11300, 4100};
+    qreal top = 80, pitch = 4060;
+    Frame copy{nullptr, 300, 40, 11300, 4000};
     Label title{"BANKOWY DOWÓD WPŁATY", 450, 130, 11, true};
     qreal copyNumberX = 10900, copyNumberY = 110, copyNumberSize = 12;
     Label recipient{"Nazwa i adres odbiorcy wpłaty:", 450, 560, 7};
-    qreal recipientY = 730, leftX = 450, leftWidth = 5900;
+    qreal recipientY = 730, recipientHeight = 900, leftX = 450, leftWidth = 5900;
     Label account{"Na dobro rachunku nr:", 450, 1650, 7};
-    qreal accountY = 1820;
+    qreal accountY = 1820, accountHeight = 300;
     Label bank{"w (Banku): ", 450, 2150, 7};
+    qreal bankY = 2130, bankHeight = 290;
     Label title2{"Tytuł wpłaty:", 450, 2450, 7};
-    qreal titleY = 2620;
+    qreal titleY = 2620, titleHeight = 410;
     Label payer{"Nazwa i adres wpłacającego:", 450, 3050, 7};
-    qreal payerY = 3220;
+    qreal payerY = 3220, payerHeight = 780;
     Label amount{"Kwota:", 6600, 560, 7};
     Frame amountFrame{nullptr, 6600, 720, 3000, 400};
     qreal amountX = 6700, amountY = 780;

@@ -54,16 +54,13 @@ void drawZusPart(const Pen &pen, const SlipRecords &r, const QString &partLabel,
     pen.boxes(L.amount);
     if (pen.withAmount)
         pen.fill(L.amount, Slip::boxAmount(d.wartosc), Align::Right);
-    pen.frame(L.words);
-    pen.words(d.wartosc, L.words.x + 60, L.words.y + 10, L.words.w - 120, L.words.h - 20);
-    pen.boxed(L.payerAccount, r.cashDeposit() ? QString() : Slip::accountDigits(d.kontoFirmy), Align::Left,
-              AccountGroups);
+    payerAccountOrWords(pen, r, L.payerAccount, L.wordsCaption);
 
     SlipRecords shortName = r;
     shortName.shortName = true;
     const QStringList payer = shortName.payerName();
-    pen.boxed(L.payer, payer.value(0).left(54));
-    pen.boxed(L.payerCd, payer.value(1).left(54));
+    pen.boxed(L.payer, payer.value(0));
+    pen.boxed(L.payerCd, payer.value(1));
     pen.boxed(L.nip, Slip::digitsOnly(r.firm.nip));
     pen.boxed(L.identifierType,
               accepted(ChoiceLists::letterAt(ChoiceLists::zusIdentifierTypes(), r.firm.typIdentZus),

@@ -7,13 +7,17 @@
 #include "TestWidgets.h"
 #include "db/FirmDatabase.h"
 #include "settings/ui/frmUstawienia.h"
+#include "print/PaymentQr.h"
+#include "print/PrinterCalibration.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QSqlQuery>
 #include <QTabWidget>
 #include <QTest>
@@ -77,6 +81,7 @@ private Q_SLOTS:
     void opensWithDefaults();
     void savesEverywhereAtOnce();
     void todayForThisRunOnly();
+    void qrCodeAndCalibration();
     void refusedSave_data();
     void refusedSave();
 
@@ -165,6 +170,42 @@ void TestUstawienia::savesEverywhereAtOnce()
     frmUstawienia again;
     QCOMPARE(shown(&again).section(QLatin1Char('|'), 0, 6),
              QStringLiteral("Ekranie|Księgowość|DejaVu Serif,Arial CE,Liberation Mono|4,-12|1|0010001|Przelew.pli"));
+}
+
+// The firm's QR setting (on in a new firm) saved with the rest; a printer's calibration
+// kept as it is typed, under the printer's name.
+void TestUstawienia::qrCodeAndCalibration()
+{
+    QVERIFY(PaymentQr::firmSetting(Db()));
+    frmUstawienia w;
+    w.show();
+    QApplication::setActiveWindow(&w);
+    auto *tabs = child<QTabWidget>(&w, QStringLiteral("SSTab1"));
+    tabs->setCurrentIndex(1);
+    auto *qr = child<QCheckBox>(&w, QStringLiteral("ChkKodQR"));
+    QVERIFY(qr->isChecked() && qr->isVisible());
+    qr->setFocus();
+    QTest::keyClick(qr, Qt::Key_Space);
+    QVERIFY(!qr->isChecked());
+    click(&w, "cmdzmien");
+    QVERIFY2(m_dialogs->calls.isEmpty(), qPrintable(m_dialogs->calls.value(0).text));
+    QVERIFY(!PaymentQr::firmSetting(Db()));
+
+    tabs->setCurrentIndex(tabs->count() - 1);
+    QCOMPARE(tabs->tabText(tabs->currentIndex()), QStringLiteral("Kalibracja"));
+    auto *printer = child<QComboBox>(&w, QStringLiteral("lstKalibracjaDrukarka"));
+    printer->setCurrentIndex(printer->findText(QStringLiteral("PDF")));
+    auto *right = child<QSpinBox>(&w, QStringLiteral("txtKalibracjaX"));
+    right->setFocus();
+    right->selectAll();
+    QTest::keyClicks(right, QStringLiteral("-15"));
+    auto *scale = child<QSpinBox>(&w, QStringLiteral("txtKalibracjaSkala"));
+    scale->setFocus();
+    QTest::keyClick(scale, Qt::Key_Up);
+    QCOMPARE(PrinterCalibration::load(QStringLiteral("PDF")), (PrinterCalibration{-15, 0, 1001}));
+    QVERIFY(child<QPushButton>(&w, QStringLiteral("cmdKalibracja"))->isEnabled());
+    PrinterCalibration{}.save(QStringLiteral("PDF"));
+    QVERIFY(PaymentQr::saveFirmSetting(Db(), true));
 }
 
 void TestUstawienia::todayForThisRunOnly()

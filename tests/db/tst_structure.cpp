@@ -97,7 +97,7 @@ void TestStructure::tablesOfNewDatabase()
     QSqlDatabase db = openNew(false);
     QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|17;KONTRAHENCI|10;ZLECANKI|18"));
     UpgradeStructure(db);
-    QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;OdwolaniaSerwera|2;Ustawienia|7;Ustawienia2|2;ZLECANKI|30")
+    QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;OdwolaniaSerwera|2;Ustawienia|8;Ustawienia2|2;ZLECANKI|30")
                             .arg(17 + 7 * 3 + 6 + 30 * 3 + 1)); // the last: the firm's NRS
 }
 
@@ -200,6 +200,7 @@ void TestStructure::baseStructureUpgradedToFull()
     UpgradeStructure(db);
     QCOMPARE(queryRows(db, QStringLiteral("SELECT LASTWYSTAWM FROM cykliczne")), QStringLiteral("0"));
     QCOMPARE(queryRows(db, SettingsRow), QStringLiteral("1|0|0|1|0|0|0"));
+    QCOMPARE(queryRows(db, QStringLiteral("SELECT KodQR FROM Ustawienia")), QStringLiteral("1")); // the QR code on
     QCOMPARE(queryRows(db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
     // Rows that were there keep Null in the new columns; later rows get the defaults.
     QVERIFY(exec(db, QStringLiteral("INSERT INTO firma (NAZWA) VALUES ('Nowa')")));

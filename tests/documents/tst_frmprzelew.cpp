@@ -67,6 +67,7 @@ private Q_SLOTS:
     void accountsFollowFirmData();
     void printRouteOfWindow_data();
     void printRouteOfWindow();
+    void slipAidsWhileTyping();
     void refusedSave_data();
     void refusedSave();
     void keysAndLeaving();
@@ -159,7 +160,9 @@ void TestFrmPrzelew::issueEachKind()
     // Character boxes hold one letter each.
     const QString text = pdf.text().remove(QLatin1Char(' '));
     QVERIFY2(text.contains(printed), qPrintable(pdf.text()));
-    QCOMPARE(text.contains(QStringLiteral("tysiąc")), amountPrinted);
+    // The transfer forms spell the amount only for a cash deposit: a transfer has the payer's account there.
+    const bool spelt = kind >= 2 && kind <= 4;
+    QCOMPARE(text.contains(QStringLiteral("tysiąc")), amountPrinted && spelt);
     QCOMPARE(text.contains(QStringLiteral("1234.50")) || text.contains(QStringLiteral("1234,50")), amountPrinted);
 
     // Ready for the next document, from the same account and date.
@@ -297,6 +300,8 @@ void TestFrmPrzelew::refusedSave_data()
                                              << "Kwota musi być większa od zera.";
     QTest::newRow("tax amount left at zero") << 6 << "txtWartoscPod" << "0,00" << false
                                              << "Kwota musi być większa od zera.";
+    QTest::newRow("title longer than the slip")
+        << 1 << "txtzadokument" << QString("Faktura 12/2026 ").repeated(7) << false << "Tytuł nie zmieści się na blankiecie";
 }
 
 void TestFrmPrzelew::refusedSave()
@@ -330,6 +335,30 @@ void TestFrmPrzelew::refusedSave()
     QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->text(), QStringLiteral("Nowy Odbiorca"));
     QCOMPARE(QFileInfo::exists(Elixir::filePath(firmFile())), elixir);
     appState().eliksir = 0;
+}
+
+// While typing: the title's room on the slip, and the payment QR code once the account is whole.
+void TestFrmPrzelew::slipAidsWhileTyping()
+{
+    auto w = filledWindow(1);
+    QApplication::setActiveWindow(w.get());
+    auto *room = child<QLabel>(w.get(), QStringLiteral("lblTytulMiejsce"));
+    auto *qr = child<QLabel>(w.get(), QStringLiteral("lblKodQR"));
+    QVERIFY(room->isVisible() && qr->isVisible());
+    QVERIFY(room->text().startsWith(QStringLiteral("15 z 108")));
+    QVERIFY(qr->pixmap().isNull() && qr->text().contains(QStringLiteral("26 cyfr")));
+    auto *title = child<QLineEdit>(w.get(), QStringLiteral("txtzadokument"));
+    title->setFocus();
+    QTest::keyClicks(title, QString(QStringLiteral(" za towar")).repeated(11));
+    QVERIFY(room->text().endsWith(QStringLiteral("nie zmieści się!")));
+    auto *account = child<QLineEdit>(w.get(), QStringLiteral("txtkonto"));
+    account->setFocus();
+    QTest::keyClicks(account, QStringLiteral(" 0000 3002 0123 4567"));
+    QVERIFY(!qr->pixmap().isNull());
+    QVERIFY(qr->toolTip().startsWith(QStringLiteral("|PL|45114020040000300201234567|123450|Hurtownia Gęśla|")));
+    auto zus = filledWindow(5);
+    QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblTytulMiejsce"))->isVisible());
+    QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblKodQR"))->isVisible());
 }
 
 void TestFrmPrzelew::keysAndLeaving()

@@ -76,11 +76,11 @@ void TestPrintCommand::printsToPdf_data()
         QStringLiteral("jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy");
     // A new firm prints all four parts of a transfer, two to a sheet.
     QTest::newRow("transfer") << 1 << QStringList{} << 2
-                              << QStringList{"Polecenie przelewu", wording, "1234.50"} << QStringList{};
+                              << QStringList{"Polecenie przelewu", "1234,50"} << QStringList{wording};
     QTest::newRow("two copies") << 1 << QStringList{"--kopie", "2"} << 4 << QStringList{"Polecenie przelewu"}
                                 << QStringList{};
     QTest::newRow("without the amount")
-        << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234.50", "tysiąc"};
+        << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234,50", "tysiąc"};
     QTest::newRow("ZUS, its short name and account")
         << 5 << QStringList{} << 1
         << QStringList{"Zakład Ubezpieczeń Społecznych", "73101010230000261395300000", "ŻÓŁĆ SPÓŁKA"}

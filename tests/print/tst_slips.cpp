@@ -6,11 +6,14 @@
 #include "TestFirm.h"
 #include "documents/ChoiceLists.h"
 #include "print/CollectiveStatement.h"
+#include "print/PaymentQr.h"
+#include "print/PrinterCalibration.h"
 #include "print/PrintEngine.h"
 #include "print/SlipLayouts.h"
 
 #include <QDir>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -43,7 +46,7 @@ struct Settings {
 };
 
 // The characters printed in a row of boxes (one word each), joined left to right.
-QString boxText(const PdfContent &pdf, const Slip::Boxes &b, QPointF corner = {}, int page = 0)
+QString boxText(const PdfContent &pdf, const Slip::Boxes &b, QPointF corner = Slip::SafeShift, int page = 0)
 {
     QList<PdfWord> in;
     for (const PdfWord &w : pdf.words) {
@@ -78,6 +81,27 @@ QRectF phrase(const PdfContent &pdf, const QString &text, int page = -1, int nth
     return {};
 }
 
+// The first two words whose boxes overlap (a hair's breadth of touching allowed); empty when none.
+QString overlapping(const PdfContent &pdf)
+{
+    for (qsizetype i = 0; i < pdf.words.size(); ++i)
+        for (qsizetype k = i + 1; k < pdf.words.size(); ++k) {
+            const PdfWord &a = pdf.words.at(i), &b = pdf.words.at(k);
+            if (a.page == b.page && a.box.adjusted(15, 15, -15, -15).intersects(b.box.adjusted(15, 15, -15, -15)))
+                return QStringLiteral("\"%1\" and \"%2\" on page %3").arg(a.text, b.text).arg(a.page + 1);
+        }
+    return {};
+}
+
+// The longest texts each field accepts.
+QString longest(const QString &start, int length)
+{
+    QString text = start;
+    while (text.size() < length)
+        text += QStringLiteral(" Wąż");
+    return text.left(length).trimmed();
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Settings)
@@ -102,6 +126,13 @@ private Q_SLOTS:
     void backSideAfterTurnOver_data();
     void backSideAfterTurnOver();
     void depositSlipCopies();
+    void valueRows_data();
+    void valueRows();
+    void longestValuesDoNotOverlap_data();
+    void longestValuesDoNotOverlap();
+    void printerCalibration();
+    void paymentQrCode_data();
+    void paymentQrCode();
 
 private:
     PdfContent print(const PaymentDocument &doc, const Settings &settings,
@@ -218,9 +249,9 @@ void TestSlips::amountInBoxesAndWords_data()
     QTest::addColumn<Slip::Boxes>("amount");
     QTest::addColumn<Slip::Boxes>("currency");
     QTest::addColumn<bool>("printed"); // false: the job is told to leave the amount out
-    QTest::newRow("transfer") << 1 << Bank.amount << Bank.currency << true;
-    QTest::newRow("ZUS") << 5 << Zus.amount << Zus.currency << true;
-    QTest::newRow("transfer, amount left out") << 1 << Bank.amount << Bank.currency << false;
+    QTest::newRow("cash deposit") << 1 << Bank.amount << Bank.currency << true;
+    QTest::newRow("ZUS, cash") << 5 << Zus.amount << Zus.currency << true;
+    QTest::newRow("cash deposit, amount left out") << 1 << Bank.amount << Bank.currency << false;
 }
 
 void TestSlips::amountInBoxesAndWords()
@@ -232,25 +263,29 @@ void TestSlips::amountInBoxesAndWords()
     RecordingDialogs d;
     if (!printed)
         PrintEngine::instance().setAmountPrinted(false);
-    const PdfContent pdf = print(sampleDocument(kind), {});
+    PaymentDocument doc = sampleDocument(kind);
+    doc.kontoFirmy.clear(); // paid in cash: the words take the payer's account row
+    const PdfContent pdf = print(doc, {});
     QVERIFY(pdf.ok);
     if (!printed) {
         QCOMPARE(boxText(pdf, amount), QString());
         QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
-        QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234.50")));
+        QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234,50")));
         // The next job prints the amount again.
-        QVERIFY(!phrase(print(sampleDocument(kind), {}), Wording).isEmpty());
+        QVERIFY(!phrase(print(doc, {}), Wording).isEmpty());
         return;
     }
-    QCOMPARE(boxText(pdf, amount), QStringLiteral("1234.50"));
+    QCOMPARE(boxText(pdf, amount), QStringLiteral("1234,50"));
     QCOMPARE(boxText(pdf, currency), QStringLiteral("PLN"));
     QVERIFY(!phrase(pdf, Wording).isEmpty());
     // Right-aligned: the last digit stands in the last box.
     int inLastBox = 0;
     const qreal lastBox = Slip::boxX(amount.x, amount.count - 1);
-    for (const PdfWord &w : pdf.words)
-        inLastBox += w.page == 0 && w.box.left() > lastBox && w.box.right() < lastBox + Slip::BoxWidth &&
-                     w.box.center().y() > amount.y && w.box.center().y() < amount.y + amount.height;
+    for (const PdfWord &w : pdf.words) {
+        const QRectF box = w.box.translated(-Slip::SafeShift);
+        inLastBox += w.page == 0 && box.left() > lastBox && box.right() < lastBox + Slip::BoxWidth &&
+                     box.center().y() > amount.y && box.center().y() < amount.y + amount.height;
+    }
     QCOMPARE(inLastBox, 1);
 }
 
@@ -273,13 +308,14 @@ void TestSlips::zusAccountAndPeriod()
     const QStringList years = ChoiceLists::zusYears();
     doc.zus.rok = qint16(years.size() - 1); // the last year the list was extended with
     const PdfContent pdf = print(doc, Settings{.wstawiany = wstawiany}, QStringLiteral("dprzelewZus"));
-    QCOMPARE(boxText(pdf, Zus.account), account);
-    QCOMPARE(boxText(pdf, Zus.account, {0, Slip::StackedPitch}), account); // the payer's part too
-    QCOMPARE(boxText(pdf, Zus.declaration), QStringLiteral("01") + years.last());
-    QCOMPARE(boxText(pdf, Zus.nip), QStringLiteral("5261040828"));
-    QCOMPARE(boxText(pdf, Zus.identifierType), QStringLiteral("R"));
-    QCOMPARE(boxText(pdf, Zus.paymentType), wstawiany ? QString() : QStringLiteral("A"));
-    QCOMPARE(boxText(pdf, Zus.payer), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
+    const QPointF corner = wstawiany ? QPointF() : Slip::SafeShift;
+    QCOMPARE(boxText(pdf, Zus.account, corner), account);
+    QCOMPARE(boxText(pdf, Zus.account, corner + QPointF(0, Slip::StackedPitch)), account); // the payer's part too
+    QCOMPARE(boxText(pdf, Zus.declaration, corner), QStringLiteral("01") + years.last());
+    QCOMPARE(boxText(pdf, Zus.nip, corner), QStringLiteral("5261040828"));
+    QCOMPARE(boxText(pdf, Zus.identifierType, corner), QStringLiteral("R"));
+    QCOMPARE(boxText(pdf, Zus.paymentType, corner), wstawiany ? QString() : QStringLiteral("A"));
+    QCOMPARE(boxText(pdf, Zus.payer, corner), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
 }
 
 void TestSlips::taxIdentifierAndPeriod_data()
@@ -337,12 +373,14 @@ void TestSlips::partsOnSheets_data()
     QTest::addColumn<int>("pages");
     QTest::addColumn<QPointF>("secondPart"); // where the second part stands from the first
     const QPointF below(0, Slip::StackedPitch);
+    // Four parts fill a landscape sheet: on plain paper they shrink to stay off its edges.
+    const qreal shrunk = (11906 - 2 * PrintEngine::SafeMargin) / 11906;
     QTest::newRow("two parts") << 0 << 0 << QList<bool>{} << 0 << 1 << below;
     QTest::newRow("four parts, two sheets") << 1 << 0 << QList<bool>{} << 0 << 2 << below;
     QTest::newRow("four on A4, down the columns")
-        << 1 << 1 << QList<bool>{true} << 1 << 1 << QPointF(0, Slip::GridRow);
+        << 1 << 1 << QList<bool>{true} << 1 << 1 << QPointF(0, Slip::GridRow) * shrunk;
     QTest::newRow("four on A4, along the rows")
-        << 1 << 1 << QList<bool>{false, true} << 2 << 1 << QPointF(Slip::GridColumn, 0);
+        << 1 << 1 << QList<bool>{false, true} << 2 << 1 << QPointF(Slip::GridColumn, 0) * shrunk;
     QTest::newRow("four on A4 refused") << 1 << 1 << QList<bool>{false, false} << 2 << 2 << below;
 }
 
@@ -369,8 +407,8 @@ void TestSlips::partsOnSheets()
     const QRectF first = phrase(pdf, labels.at(0), 0);
     const QRectF second = phrase(pdf, labels.at(1), 0);
     QVERIFY(!first.isEmpty() && !second.isEmpty());
-    QVERIFY(qAbs(second.right() - first.right() - secondPart.x()) < 3);
-    QVERIFY(qAbs(second.top() - first.top() - secondPart.y()) < 3);
+    QVERIFY(qAbs(second.right() - first.right() - secondPart.x()) < 6);
+    QVERIFY(qAbs(second.top() - first.top() - secondPart.y()) < 6);
 }
 
 void TestSlips::statement_data()
@@ -438,7 +476,8 @@ void TestSlips::backSideAfterTurnOver()
     } d;
     const PdfContent pdf = print(sampleDocument(kind), {});
     QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
-    QCOMPARE(d.calls.first().text, message);
+    QVERIFY(d.calls.first().text.startsWith(message));
+    QVERIFY(d.calls.first().text.contains(QStringLiteral("dłuższej krawędzi")));
     QCOMPARE(d.calls.first().title, QStringLiteral("Druk dwustronny"));
     QCOMPARE(d.pagesWhenAsked, 1);
     QCOMPARE(pdf.pages, 2);
@@ -464,6 +503,205 @@ void TestSlips::depositSlipCopies()
         QVERIFY(!phrase(pdf, Wording, 0, copy).isEmpty());
     }
     QVERIFY(phrase(pdf, QStringLiteral("1 234,50"), 0, 4).isEmpty());
+}
+
+void TestSlips::valueRows_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<bool>("cash");
+    QTest::addColumn<QList<Slip::Boxes>>("rows");
+    const QList<Slip::Boxes> bank = {Bank.recipient, Bank.recipientCd, Bank.recipientAccount, Bank.amount,
+                                     Bank.payerAccount, Bank.payer,       Bank.payerCd,          Bank.title1,
+                                     Bank.title2};
+    QTest::newRow("transfer") << 1 << false << bank;
+    QTest::newRow("cash deposit") << 1 << true << bank;
+    QTest::newRow("tax") << 6 << false
+                         << QList<Slip::Boxes>{Tax.office, Tax.officeCd, Tax.officeAccount, Tax.amount,
+                                               Tax.payerAccount, Tax.payer, Tax.payerCd, Tax.identifier,
+                                               Tax.period, Tax.identification};
+    QTest::newRow("ZUS, cash") << 5 << true
+                               << QList<Slip::Boxes>{Zus.account, Zus.amount, Zus.payerAccount, Zus.payer,
+                                                     Zus.nip, Zus.paymentType};
+}
+
+// Every value of a part lands in one of the form's value rows, inside its boxes' height,
+// and every row is used: on the whole form and on a pre-printed one alike.
+void TestSlips::valueRows()
+{
+    QFETCH(int, kind);
+    QFETCH(bool, cash);
+    QFETCH(QList<Slip::Boxes>, rows);
+    RecordingDialogs d;
+    PaymentDocument doc = sampleDocument(kind);
+    doc.klientNazwa1 = QStringLiteral("Oddział w Krakowie");
+    doc.pod.symbol = QStringLiteral("VAT-7");
+    doc.pod.identyfikacja = QStringLiteral("2026/03");
+    doc.zaDokumentNazwa = QStringLiteral("Faktura 12/2026 za materiały budowlane");
+    doc.klientKonto = QStringLiteral("PL45 1140 2004 0000 3002 0123 4567");
+    if (cash)
+        doc.kontoFirmy.clear();
+    for (int wstawiany : {0, 1}) {
+        const PdfContent pdf = print(doc, Settings{.wstawiany = wstawiany}, kind == 5 ? "dprzelewZus" : "dprzelew");
+        if (kind != 5) // digits only, one to a box: the country code and blanks dropped
+            QCOMPARE(boxText(pdf, rows.at(2), wstawiany ? QPointF() : Slip::SafeShift),
+                     QStringLiteral("45114020040000300201234567"));
+        QSet<int> used;
+        for (const PdfWord &w : pdf.words) {
+            const QPointF c = w.box.center() - (wstawiany ? QPointF() : Slip::SafeShift);
+            if (w.page != 0 || c.y() > Slip::PartHeight)
+                continue;
+            int row = -1;
+            for (int i = 0; i < rows.size(); ++i)
+                if (c.y() > rows.at(i).y && c.y() < rows.at(i).y + rows.at(i).height)
+                    row = i;
+            if (row >= 0)
+                used << row;
+            else if (wstawiany) // only values on a pre-printed form, each in its row
+                QFAIL(qPrintable(QStringLiteral("\"%1\" outside the rows at y %2").arg(w.text).arg(c.y())));
+        }
+        QCOMPARE(used.size(), rows.size());
+    }
+}
+
+void TestSlips::longestValuesDoNotOverlap_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<Settings>("settings");
+    QTest::newRow("transfer") << 1 << Settings{.data = 1};
+    QTest::newRow("transfer, cash") << -1 << Settings{.data = 1};
+    QTest::newRow("simplified slip") << 1 << Settings{.nowe = 1, .data = 1};
+    QTest::newRow("deposit slip") << 2 << Settings{.data = 1};
+    QTest::newRow("postal order to an account") << 3 << Settings{.data = 1};
+    QTest::newRow("named postal order") << 4 << Settings{.data = 1};
+    QTest::newRow("named postal order, fields only") << 4 << Settings{.wstawiany = 1, .data = 1};
+    QTest::newRow("ZUS") << 5 << Settings{.data = 1};
+    QTest::newRow("tax") << 6 << Settings{.data = 1};
+    QTest::newRow("tax, old form") << 6 << Settings{.nowe = 1, .data = 1};
+}
+
+void TestSlips::longestValuesDoNotOverlap()
+{
+    QFETCH(int, kind);
+    QFETCH(Settings, settings);
+    RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    const FirmData saved = firm;
+    firm.nazwa = longest(QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe"), 50);
+    firm.nazwa1 = longest(QStringLiteral("Spółka z ograniczoną odpowiedzialnością"), 50);
+    firm.nazwaSkrocona = longest(QStringLiteral("PHU Żółć"), 50);
+    firm.nazwaSkroconaCd = longest(QStringLiteral("Spółka"), 50);
+    firm.ulica = longest(QStringLiteral("Aleja Marszałka"), 40);
+    firm.nrDomu = QStringLiteral("1234567890");
+    firm.nrLokalu = QStringLiteral("1234567890");
+    firm.miasto = longest(QStringLiteral("Kędzierzyn-Koźle"), 30);
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    PaymentDocument doc = sampleDocument(qAbs(kind), QDate(2026, 12, 28));
+    if (kind < 0)
+        doc.kontoFirmy.clear();
+    doc.klientNazwa = longest(QStringLiteral("Hurtownia Materiałów Budowlanych"), 50);
+    doc.klientNazwa1 = longest(QStringLiteral("Oddział Południowy"), 50);
+    doc.klientUlica = longest(QStringLiteral("ul. Księcia Józefa Poniatowskiego"), 40);
+    doc.klientMiasto = longest(QStringLiteral("Szczebrzeszyn"), 30);
+    doc.klientBank = longest(QStringLiteral("Bank Spółdzielczy"), 50);
+    doc.zaDokumentNazwa = longest(QStringLiteral("Faktury"), Slip::titleCapacity(qAbs(kind)).rows > 0 ? 108 : 150);
+    doc.wartosc = *Money::parse(QStringLiteral("987654321,77"));
+    doc.pod.symbol = QStringLiteral("PIT-37");
+    doc.pod.identyfikacja = QStringLiteral("12345678901234567890");
+    const PdfContent pdf = print(doc, settings, kind == 5 ? "dprzelewZus" : "dprzelew");
+    QVERIFY(FirmStore::save(Db(), saved, {}));
+    QVERIFY(pdf.ok);
+    QVERIFY(pdf.words.size() > 50);
+    const QString clash = overlapping(pdf);
+    QVERIFY2(clash.isEmpty(), qPrintable(clash));
+    // On plain paper nothing comes nearer than 5 mm to the sheet's edges (A4 portrait here).
+    if (settings.wstawiany == 0) {
+        const QRectF safe = QRectF(0, 0, 11906, 16838).adjusted(283, 283, -283, -283);
+        for (const PdfWord &w : pdf.words)
+            QVERIFY2(safe.contains(w.box), qPrintable(w.text));
+    }
+}
+
+// The PDF "printer" calibrated 10 mm to the right, 5 mm up and 2% larger: a pre-printed
+// form's values move by as much, on top of the firm's margins.
+void TestSlips::printerCalibration()
+{
+    RecordingDialogs d;
+    PrinterCalibration{100, -50, 1020}.save(QStringLiteral("PDF"));
+    Settings prePrinted{.wstawiany = 1};
+    prePrinted.apply();
+    appState().margLewy = 2;
+    PaymentDocument doc = sampleDocument(1);
+    const auto id = DocumentStore::insert(Db(), doc);
+    QVERIFY(id);
+    const PdfContent pdf = printJob(QStringLiteral("dprzelew"), *id);
+    PrinterCalibration{}.save(QStringLiteral("PDF"));
+    const QRectF name = phrase(pdf, QStringLiteral("H"));
+    const QRectF plain = phrase(printJob(QStringLiteral("dprzelew"), *id), QStringLiteral("H"));
+    appState().margLewy = 0;
+    QVERIFY(!name.isEmpty() && !plain.isEmpty());
+    QVERIFY(qAbs(name.left() - (567 + 1.02 * (plain.left()))) < 5);
+    QVERIFY(qAbs(name.top() - (-283.5 + 1.02 * plain.top())) < 5);
+}
+
+void TestSlips::paymentQrCode_data()
+{
+    QTest::addColumn<Settings>("settings");
+    QTest::addColumn<int>("firmSetting"); // -1: as a new firm has it
+    QTest::addColumn<int>("override");    // -1: none, else the job's --qr / --bez-qr
+    QTest::addColumn<QString>("account");
+    QTest::addColumn<int>("codes");
+    const QString account = QStringLiteral("PL45 1140 2004 0000 3002 0123 4567");
+    QTest::newRow("new firm, transfer form") << Settings{} << -1 << -1 << account << 1;
+    QTest::newRow("four parts: the payer's copy only") << Settings{.cztery = 1} << -1 << -1 << account << 1;
+    QTest::newRow("simplified slip, both parts") << Settings{.nowe = 1} << 1 << -1 << account << 2;
+    QTest::newRow("firm turned it off") << Settings{} << 0 << -1 << account << 0;
+    QTest::newRow("turned on for the job") << Settings{} << 0 << 1 << account << 1;
+    QTest::newRow("turned off for the job") << Settings{} << 1 << 0 << account << 0;
+    QTest::newRow("account of 25 digits") << Settings{} << 1 << -1 << account.chopped(1) << 0;
+}
+
+// The code read back from the printed page by a scanner gives the banks' payment text.
+void TestSlips::paymentQrCode()
+{
+    QFETCH(Settings, settings);
+    QFETCH(int, firmSetting);
+    QFETCH(int, override);
+    QFETCH(QString, account);
+    QFETCH(int, codes);
+    if (QStandardPaths::findExecutable(QStringLiteral("zbarimg")).isEmpty())
+        QSKIP("zbarimg (zbar-tools) is not installed");
+    RecordingDialogs d;
+    if (firmSetting < 0)
+        QVERIFY(PaymentQr::firmSetting(Db()));
+    else
+        QVERIFY(PaymentQr::saveFirmSetting(Db(), firmSetting != 0));
+    if (override >= 0)
+        PrintEngine::instance().setNextQr(override != 0);
+    PaymentDocument doc = sampleDocument(1);
+    doc.klientKonto = account;
+    doc.klientNip = QStringLiteral("526-104-08-28");
+    doc.zaDokumentNazwa = QStringLiteral("Faktura 12/2026 | za materiały budowlane");
+    const PdfContent pdf = print(doc, settings);
+    QVERIFY(PaymentQr::saveFirmSetting(Db(), true));
+    QVERIFY(pdf.ok);
+    const QString expected = QStringLiteral("5261040828|PL|45114020040000300201234567|123450|Hurtownia Gęśla|"
+                                            "Faktura 12/2026 za materiały bud|||");
+    QString found;
+    for (int page = 1; page <= pdf.pages; ++page) {
+        const QString png = m_env->newPath(QStringLiteral("strona"));
+        QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"),
+                                   {QStringLiteral("-r"), QStringLiteral("300"), QStringLiteral("-f"),
+                                    QString::number(page), QStringLiteral("-l"), QString::number(page),
+                                    QStringLiteral("-png"), QStringLiteral("-singlefile"), m_pdf, png}),
+                 0);
+        QProcess zbar;
+        // Raw bytes: left to guess, zbar reads UTF-8 Polish letters as Shift JIS.
+        zbar.start(QStringLiteral("zbarimg"),
+                   {QStringLiteral("-q"), QStringLiteral("--raw"), QStringLiteral("-Sbinary"), png + ".png"});
+        QVERIFY(zbar.waitForFinished(60000));
+        found += QString::fromUtf8(zbar.readAllStandardOutput()).remove(QLatin1Char('\n'));
+    }
+    QCOMPARE(found, expected.repeated(codes));
 }
 
 QTEST_MAIN(TestSlips)

@@ -21,6 +21,7 @@
 #include "documents/ZusAccount.h"
 #include "validation/BankNames.h"
 #include "validation/ui/DigitWarnings.h"
+#include "print/ui/SlipAids.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -106,6 +107,7 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     m_documentForm->addRow(QStringLiteral("Tytułem:"), m_zaDokument);
     m_documentForm->addRow(QStringLiteral("Wartość:"), m_wartosc);
     m_documentForm->addRow(QStringLiteral("Data:"), m_data);
+    m_documentForm->insertRow(1, QString(), SlipAids::titleRoom(m_zaDokument, kind, this));
 
     m_wystaw = WindowFields::button(this, QStringLiteral("cmdwystaw"), EntryRules::issueButtonText(mode));
     m_szukaj = WindowFields::button(this, QStringLiteral("cmdSzukaj"), QStringLiteral("&Szukaj (F2)"));
@@ -130,6 +132,7 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
 
     m_texts = m_recipient->all() + QList<QLineEdit *>{m_zaDokument, m_wartosc, m_data, m_nrDekl, m_wartoscZus,
                                                       m_nrOkresu, m_symbol, m_identyfikacja, m_wartoscPod};
+    layout->insertWidget(layout->count() - 2, SlipAids::qrPreview(kind, m_texts, [this] { return gather(); }, this));
     WindowFields::checkOnLeave(m_data);
     FieldCheck::normaliseDateOnLeave(m_data);
     for (QLineEdit *amount : {m_wartosc, m_wartoscZus, m_wartoscPod}) {
@@ -368,6 +371,8 @@ bool frmprzelew::save()
     for (const QString &name : EntryRules::requiredFields(m_kind))
         required << findChild<QWidget *>(name);
     if (FieldCheck::SprawdzPuste(required))
+        return false;
+    if (SlipAids::refuseTitle(m_zaDokument, m_kind))
         return false;
 
     PaymentDocument doc = gather();

@@ -16,11 +16,12 @@
 #include <QPrinterInfo>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
 const QString Usage = QStringLiteral("Użycie: zlecanki drukuj --firma PLIK --id NR (--pdf PLIK.pdf | "
-                                     "--drukarka KOLEJKA) [--kopie N] [--bez-kwoty] [--nadpisz]");
+                                     "--drukarka KOLEJKA) [--kopie N] [--bez-kwoty] [--nadpisz] [--qr | --bez-qr]");
 
 void err(const QString &text)
 {
@@ -46,6 +47,13 @@ public:
         if (icon == Icon::Information && !m_toPrinter)
             return;
         ConsoleDialogs::message(text, title, icon);
+        // The back of a two-sided form waits until the sheet is back in the printer.
+        if (m_toPrinter && title == QLatin1String("Druk dwustronny")) {
+            std::fputs("Naciśnij Enter, gdy kartka będzie w drukarce.\n", stderr);
+            char line[256];
+            if (!std::fgets(line, sizeof line, stdin))
+                return;
+        }
     }
     bool question(const QString &, const QString &) override { return true; }
 
@@ -60,6 +68,7 @@ struct Options {
     int copies = 1;
     bool withAmount = true;
     bool replace = false;
+    std::optional<bool> qr; // over the firm's "Kod QR na przelewach"
     QString error;
 };
 
@@ -70,7 +79,8 @@ Options parse(const QStringList &args)
     for (qsizetype i = 0; i < args.size(); ++i) {
         QString name = args.at(i);
         QString value;
-        const bool flag = name == QLatin1String("--bez-kwoty") || name == QLatin1String("--nadpisz");
+        const bool flag = name == QLatin1String("--bez-kwoty") || name == QLatin1String("--nadpisz") ||
+                          name == QLatin1String("--qr") || name == QLatin1String("--bez-qr");
         static const QStringList known = {QStringLiteral("--firma"), QStringLiteral("--id"),
                                           QStringLiteral("--pdf"), QStringLiteral("--drukarka"),
                                           QStringLiteral("--kopie")};
@@ -92,6 +102,8 @@ Options parse(const QStringList &args)
         bool ok = true;
         if (name == QLatin1String("--nadpisz"))
             o.replace = true;
+        else if (name == QLatin1String("--qr") || name == QLatin1String("--bez-qr"))
+            o.qr = name == QLatin1String("--qr");
         else if (flag)
             o.withAmount = false;
         else if (name == QLatin1String("--firma"))
@@ -177,6 +189,7 @@ int printCommand(const QStringList &args)
     });
     engine.setNextCopies(o.copies);
     engine.setAmountPrinted(o.withAmount);
+    engine.setNextQr(o.qr);
     // The procedure the entry window uses for the kind: ZUS slips print the short name.
     const QString procedure =
         doc->rodzaj == DocumentKinds::PrzelewZus ? QStringLiteral("dprzelewZus") : QStringLiteral("dprzelew");
@@ -202,5 +215,6 @@ void registerPrintCommand()
             "                         bez okien i pytań: --firma PLIK --id NR\n"
             "                         (--pdf PLIK.pdf | --drukarka KOLEJKA) [--kopie N] [--bez-kwoty]\n"
             "                         [--nadpisz] (zastępuje istniejący plik PDF)"),
+            "                         [--qr | --bez-qr] (kod QR na przelewie mimo ustawienia firmy)"),
         printCommand);
 }

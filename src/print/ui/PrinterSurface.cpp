@@ -46,6 +46,11 @@ bool PrinterSurface::nextCopy(QPainter &painter)
     return begin(painter);
 }
 
+bool PrinterSurface::endJob(QPainter &painter)
+{
+    return painter.end();
+}
+
 bool PrinterSurface::end(QPainter &painter)
 {
     return painter.end();

@@ -18,6 +18,8 @@ public:
     QSizeF pageSizeTwips() const override;
     bool setCopyCount(int copies) override;
     bool setOrientation(QPageLayout::Orientation orientation) override;
+    QString calibrationName() const override { return m_printer.printerName(); }
+    bool endJob(QPainter &painter) override;
 
     // The installed printers in the order the settings store positions of.
     static QStringList printerNames();

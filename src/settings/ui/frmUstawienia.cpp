@@ -9,6 +9,8 @@
 #include "exchange/Elixir.h"
 #include "print/ui/PrinterSurface.h"
 #include "validation/ui/FieldCheck.h"
+#include "print/ui/CalibrationTab.h"
+#include "print/PaymentQr.h"
 #include "validation/Sprawdz.h"
 
 #include <QCheckBox>
@@ -113,6 +115,7 @@ frmUstawienia::frmUstawienia(QWidget *parent) : QWidget(parent)
     m_tabs->addTab(printingPage(), QStringLiteral("Drukowanie"));
     m_tabs->addTab(documentsPage(), QStringLiteral("Przelewy"));
     m_tabs->addTab(elixirPage(), QStringLiteral("Eliksir"));
+    m_tabs->addTab(new CalibrationTab(m_tabs), QStringLiteral("Kalibracja"));
     for (int i = 0; i < m_tabs->count(); ++i)
         m_tabs->widget(i)->setObjectName(indexed("kartka", i));
 
@@ -210,6 +213,9 @@ QWidget *frmUstawienia::documentsPage()
         options->addWidget(m_zlGr[i]);
     }
     layout->addWidget(frame);
+    m_kodQr = new QCheckBox(QStringLiteral("Kod QR na przelewach"), page);
+    m_kodQr->setObjectName(QStringLiteral("ChkKodQR"));
+    layout->addWidget(m_kodQr);
 
     m_dzis = new QLineEdit(page);
     m_dzis->setObjectName(QStringLiteral("txtDataDzis"));
@@ -264,6 +270,7 @@ void frmUstawienia::load()
     for (int i = 0; i < UserOptions::FlagCount; ++i)
         m_flags[i]->setChecked(o.flags[i]);
     m_zlGr[o.drukZlGr]->setChecked(true);
+    m_kodQr->setChecked(!isFirmOpen() || PaymentQr::firmSetting(Db()));
     m_plik->setText(Elixir::fileNameSetting());
     m_path->setText(isFirmOpen() ? Elixir::firmFolder(firmFile()) : QString());
 }
@@ -327,6 +334,10 @@ bool frmUstawienia::save()
     QString error;
     if (!UserOptionsStore::save(Db(), gather(), &error)) {
         dialogs().exclamation(error, Msg(51));
+        return false;
+    }
+    if (isFirmOpen() && !PaymentQr::saveFirmSetting(Db(), m_kodQr->isChecked())) {
+        dialogs().exclamation(QStringLiteral("Nie udało się zapisać ustawienia \"Kod QR na przelewach\"."), Msg(51));
         return false;
     }
     load();

@@ -54,6 +54,7 @@ private:
     UserOptions gather() const;
 
     QTabWidget *m_tabs = nullptr;
+    QCheckBox *m_kodQr = nullptr;
     QComboBox *m_drukNa = nullptr;
     QComboBox *m_drukarki = nullptr;
     std::array<QLineEdit *, UserOptions::FontCount> m_fonts{};
