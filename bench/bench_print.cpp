@@ -102,7 +102,7 @@ int main(int argc, char **argv)
             job.procedure = QStringLiteral("niektore");
             QElapsedTimer t;
             t.start();
-            engine.saveAsPdf(job, slipPdf);
+            engine.saveAsPdf(job, slipPdf, SafeOutput::Existing::Replace);
             slipBest = std::min(slipBest, t.nsecsElapsed() / 1e9);
             t.restart();
             QPdfWriter writer(barePdf);

@@ -98,7 +98,7 @@ void CalibrationTab::printPage()
     const PrintEngine::SurfaceFactory previous = engine.printerFactory();
     engine.setPrinterFactory([printer, file]() -> std::unique_ptr<PrintSurface> {
         if (!file.isEmpty())
-            return std::make_unique<PdfSurface>(file, QStringLiteral("Strona kalibracji"));
+            return std::make_unique<PdfSurface>(file, SafeOutput::Existing::Replace, QStringLiteral("Strona kalibracji"));
         auto surface = std::make_unique<PrinterSurface>(printer);
         if (!surface->isValid())
             return nullptr;

@@ -214,7 +214,7 @@ void registerPrintCommand()
             "drukuje dokument zapisany w bazie firmy, tak jak z okna dokumentu,\n"
             "                         bez okien i pytań: --firma PLIK --id NR\n"
             "                         (--pdf PLIK.pdf | --drukarka KOLEJKA) [--kopie N] [--bez-kwoty]\n"
-            "                         [--nadpisz] (zastępuje istniejący plik PDF)"),
+            "                         [--nadpisz] (zastępuje istniejący plik PDF)\n"
             "                         [--qr | --bez-qr] (kod QR na przelewie mimo ustawienia firmy)"),
         printCommand);
 }
