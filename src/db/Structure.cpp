@@ -79,6 +79,14 @@ QList<Column> marginColumns()
             typed(QStringLiteral("MargPrawy"), ColumnType::Integer, 0)};
 }
 
+// What went to the bank in a file: one row per document and sending.
+QList<Column> sentColumns()
+{
+    return {counter(QStringLiteral("ID")), typed(QStringLiteral("Dokument"), ColumnType::Long),
+            typed(QStringLiteral("Data"), ColumnType::Date), text(QStringLiteral("Plik"), 255, Empty),
+            text(QStringLiteral("Format"), 10, Empty)};
+}
+
 Index plainIndex(const QString &column)
 {
     return Index{column, {column}, false};
@@ -162,6 +170,7 @@ QList<Table> makeFullTables()
     ustawienia.columns << typed(QStringLiteral("Szary"), ColumnType::Boolean)
                        << typed(QStringLiteral("Eliksir"), ColumnType::Integer);
     tables << ustawienia << Table{QStringLiteral("Ustawienia2"), marginColumns(), {}};
+    tables << Table{QStringLiteral("WyslaneDoBanku"), sentColumns(), {plainIndex(QStringLiteral("Dokument"))}};
     return tables;
 }
 
@@ -286,6 +295,13 @@ QList<Step> upgradeSteps()
          [](QSqlDatabase &db) {
              addColumns(db, QStringLiteral("FIRMA"),
                         bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta")));
+         }},
+        {QStringLiteral("WyslaneDoBanku"), QStringLiteral("Dokument"),
+         [](QSqlDatabase &db) {
+             createTable(db, QStringLiteral("WyslaneDoBanku"), sentColumns());
+             run(db, QStringLiteral("CREATE INDEX ") + quoted(indexName(QStringLiteral("WyslaneDoBanku"),
+                                                                          QStringLiteral("Dokument"))) +
+                         QStringLiteral(" ON WyslaneDoBanku (Dokument)"));
          }},
     };
 }

@@ -1,4 +1,5 @@
 list(APPEND CORE_SOURCES exchange/Elixir.cpp)
+list(APPEND CORE_SOURCES exchange/BankFile.cpp exchange/PaymentTitles.cpp)
 list(APPEND CORE_SOURCES exchange/ExportFile.cpp exchange/FirmImport.cpp)
 list(APPEND UI_SOURCES exchange/frmImport.cpp exchange/frmImportFirm.cpp)
 list(APPEND CORE_SOURCES exchange/ServerDocument.cpp exchange/clsSerwer.cpp exchange/basKONTORIAN.cpp)
