@@ -5,6 +5,7 @@
 #include "Messages.h"
 #include "Money.h"
 #include "Version.h"
+#include "validation/CheckDigits.h"
 #include "validation/Sprawdz.h"
 #include "words/Slownie.h"
 #include "db/FirmDatabase.h"
@@ -94,6 +95,43 @@ int checkField(const QStringList &args)
     return 1;
 }
 
+// Check digits and the tax micro-account: answers on one line, exit 1 for a wrong number.
+int checkDigits(const QStringList &args)
+{
+    using Check = std::optional<QString> (*)(const QString &);
+    static const QList<std::pair<QString, Check>> checks = {
+        {QStringLiteral("nrb"), CheckDigits::nrbProblem},
+        {QStringLiteral("nip"), CheckDigits::nipProblem},
+        {QStringLiteral("pesel"), CheckDigits::peselProblem},
+        {QStringLiteral("regon"), CheckDigits::regonProblem},
+    };
+    if (args.size() == 2)
+        for (const auto &[kind, check] : checks)
+            if (kind == args.first()) {
+                const auto problem = check(args.at(1));
+                out(problem.value_or(QStringLiteral("OK")));
+                return problem ? 1 : 0;
+            }
+    err(QStringLiteral("Użycie: zlecanki sprawdz-sume nrb|nip|pesel|regon TEKST"));
+    return 2;
+}
+
+int microAccount(const QStringList &args)
+{
+    if (args.size() != 1) {
+        err(QStringLiteral("Użycie: zlecanki mikrorachunek NIP|PESEL"));
+        return 2;
+    }
+    // Eleven digits are a PESEL, ten a NIP; anything else is told as a NIP's problem.
+    const bool isPesel = CheckDigits::identifierDigits(args.first()).size() == 11;
+    if (const auto problem = isPesel ? CheckDigits::peselProblem(args.first()) : CheckDigits::nipProblem(args.first())) {
+        out(*problem);
+        return 1;
+    }
+    out(CheckDigits::groupAccount(*CheckDigits::taxMicroAccount(args.first(), isPesel)));
+    return 0;
+}
+
 QList<Command> &addedCommands()
 {
     static QList<Command> list;
@@ -113,6 +151,13 @@ const QList<Command> &builtInCommands()
          QStringLiteral("sprawdza pole: data, cur, num, int, kodpoczt, nip albo pesel;\n"
                         "                         wypisuje OK albo komunikat i przyczynę"),
          checkField},
+        // Check digits and the tax micro-account.
+        {QStringLiteral("sprawdz-sume"), QStringLiteral("sprawdz-sume RODZAJ TEKST"),
+         QStringLiteral("sprawdza cyfry kontrolne: nrb (numer rachunku), nip, pesel albo regon;\n"
+                        "                         wypisuje OK albo przyczynę błędu"),
+         checkDigits},
+        {QStringLiteral("mikrorachunek"), QStringLiteral("mikrorachunek NIP|PESEL"),
+         QStringLiteral("wypisuje mikrorachunek podatkowy dla NIP-u albo PESEL-u"), microAccount},
     };
     return list;
 }

@@ -1,2 +1,4 @@
 list(APPEND CORE_SOURCES validation/Sprawdz.cpp)
 list(APPEND UI_SOURCES validation/FieldCheck.cpp)
+# Check digits of accounts and identifiers, banks named from accounts.
+list(APPEND CORE_SOURCES validation/CheckDigits.cpp validation/BankNames.cpp)
