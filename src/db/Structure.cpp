@@ -87,6 +87,12 @@ QList<Column> sentColumns()
             text(QStringLiteral("Format"), 10, Empty)};
 }
 
+// The bank file format and code page the firm last chose.
+QList<Column> bankChoiceColumns()
+{
+    return {text(QStringLiteral("Format"), 10, Empty), text(QStringLiteral("Kodowanie"), 12, Empty)};
+}
+
 Index plainIndex(const QString &column)
 {
     return Index{column, {column}, false};
@@ -170,7 +176,8 @@ QList<Table> makeFullTables()
     ustawienia.columns << typed(QStringLiteral("Szary"), ColumnType::Boolean)
                        << typed(QStringLiteral("Eliksir"), ColumnType::Integer);
     tables << ustawienia << Table{QStringLiteral("Ustawienia2"), marginColumns(), {}};
-    tables << Table{QStringLiteral("WyslaneDoBanku"), sentColumns(), {plainIndex(QStringLiteral("Dokument"))}};
+    tables << Table{QStringLiteral("WyslaneDoBanku"), sentColumns(), {plainIndex(QStringLiteral("Dokument"))}}
+           << Table{QStringLiteral("UstawieniaBanku"), bankChoiceColumns(), {}};
     return tables;
 }
 
@@ -303,6 +310,8 @@ QList<Step> upgradeSteps()
                                                                           QStringLiteral("Dokument"))) +
                          QStringLiteral(" ON WyslaneDoBanku (Dokument)"));
          }},
+        {QStringLiteral("UstawieniaBanku"), QStringLiteral("Kodowanie"),
+         [](QSqlDatabase &db) { createTable(db, QStringLiteral("UstawieniaBanku"), bankChoiceColumns()); }},
     };
 }
 

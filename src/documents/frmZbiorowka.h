@@ -29,6 +29,8 @@ private:
     void print();
     void accountChosen();
     void dateLeft();
+    // cmdDoBanku: the day's transfers of the account to a file for the bank.
+    void sendToBank();
     std::optional<Money> askAmount(const QString &prompt, const QString &value);
     void updateTotal();
 

@@ -14,6 +14,8 @@
 #include "documents/WindowFields.h"
 #include "documents/frmKontrahenci.h"
 #include "documents/frmprzelew.h"
+#include "exchange/SentMarks.h"
+#include "exchange/frmDoBanku.h"
 #include "frmglowna.h"
 #include "print/PrintEngine.h"
 #include "validation/FieldCheck.h"
@@ -112,6 +114,9 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     m_lstwynik->setUniformItemSizes(true); // keeps a long list from measuring every line
     m_lstwynik->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_lstwynik->setModel(m_model);
+    // Documents already sent to the bank carry a tick.
+    m_sentMarks = new SentMarks(m_model, Browse::Model::IdRole, this);
+    m_lstwynik->setModel(m_sentMarks);
 
     auto *pokaz = button(this, QStringLiteral("cmdpokaz"), QStringLiteral("P&okaż"));
     auto *zmien = button(this, QStringLiteral("cmdzmien"), Msg(7));
@@ -190,6 +195,9 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     connect(drukuj, &QPushButton::clicked, this, &frmprzegladanie::print);
     connect(drukgrupe, &QPushButton::clicked, this, &frmprzegladanie::printGroup);
     connect(pomoc, &QPushButton::clicked, this, [] { Help::show(QStringLiteral("Przegladanieikorektadokumentow")); });
+    auto *doBanku = button(this, QStringLiteral("cmdDoBanku"), QStringLiteral("Do &banku..."));
+    buttons->insertWidget(5, doBanku);
+    connect(doBanku, &QPushButton::clicked, this, &frmprzegladanie::sendToBank);
     connect(koniec, &QPushButton::clicked, this, [this] { closeWindow(this); });
 
     refresh();
@@ -333,4 +341,18 @@ void frmprzegladanie::printGroup()
         const auto route = EntryRules::printRoute(EntryRules::Viewing, m_model->kindAt(row));
         Drukuj(route.procedure, m_model->idAt(row), route.orientation, false, QStringLiteral("Cmd"));
     }
+}
+
+void frmprzegladanie::sendToBank()
+{
+    QList<int> rows;
+    for (const QModelIndex &index : m_lstwynik->selectionModel()->selectedIndexes())
+        if (index.column() == 0)
+            rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    QList<qint32> ids;
+    for (int row : rows)
+        ids << m_model->idAt(row);
+    if (auto *w = openBankFileWindow(ids, this))
+        connect(w, &frmDoBanku::sent, this, &frmprzegladanie::refresh);
 }

@@ -11,6 +11,7 @@
 #include "documents/ChoiceLists.h"
 #include "documents/DocumentStore.h"
 #include "documents/EntryRules.h"
+#include "documents/SplitPaymentBox.h"
 #include "documents/WindowFields.h"
 #include "documents/frmKontrahenci.h"
 #include "exchange/Elixir.h"
@@ -116,6 +117,9 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     layout->addWidget(accountFrame);
     layout->addWidget(recipientPart());
     layout->addLayout(m_documentForm);
+    m_mpp = new SplitPaymentBox(m_zaDokument, m_recipient->nip, this);
+    m_mpp->setVisible(kind == DocumentKinds::PrzelewBankowy);
+    layout->addWidget(m_mpp);
     layout->addWidget(zusBlock());
     layout->addWidget(taxBlock());
     layout->addStretch();
@@ -257,6 +261,7 @@ void frmprzelew::showDocument(const PaymentDocument &doc)
 
     m_recipient->show(recipientOf(doc));
     m_zaDokument->setText(doc.zaDokumentNazwa);
+    m_mpp->showTitle(doc.zaDokumentNazwa);
     m_data->setText(DateText::format(doc.dataDokumentu));
     // A new document's amount starts empty, so that forgetting it is caught as a missing field.
     const bool amountGiven = stored || !doc.wartosc.isZero();
@@ -332,6 +337,11 @@ bool frmprzelew::save()
         required << findChild<QWidget *>(name);
     if (FieldCheck::SprawdzPuste(required))
         return false;
+    if (const QString split = m_mpp->problem(amountIn(m_wartosc)); !split.isEmpty()) {
+        m_mpp->firstField()->setFocus(Qt::OtherFocusReason);
+        dialogs().exclamation(split, Msg(51));
+        return false;
+    }
 
     PaymentDocument doc = gather();
     QString error;
@@ -348,6 +358,11 @@ bool frmprzelew::save()
 
 void frmprzelew::issue()
 {
+    if (m_kind == DocumentKinds::PrzelewBankowy && PaymentTitles::parseSplit(m_zaDokument->text()))
+        dialogs().exclamation(QStringLiteral("To przelew w mechanizmie podzielonej płatności: banki przyjmują go "
+                                             "tylko elektronicznie (plik dla banku, bankowość internetowa), "
+                                             "nie na papierowym blankiecie."),
+                              Msg(53));
     const bool withAmount = dialogs().question(QStringLiteral("Czy drukowac kwotę?"), QStringLiteral("Druk kwoty"));
     BusyPointer busy;
     if (m_mode != EntryRules::Viewing && !save())
@@ -401,6 +416,7 @@ void frmprzelew::setViewing()
     for (QComboBox *c : {m_lstbank, m_nrZus, m_typWpl, m_rok, m_miesiac, m_okresRok, m_typOkresu})
         c->setEnabled(false);
     m_szukaj->setEnabled(false);
+    m_mpp->setViewing();
 }
 
 void frmprzelew::chooseContractor()

@@ -14,6 +14,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class SplitPaymentBox;
 struct Contractor;
 
 // "Dokument": issuing a payment document of one kind (mode 0), correcting a stored one
@@ -94,6 +95,8 @@ private:
     QLineEdit *m_symbol = nullptr;
     QLineEdit *m_identyfikacja = nullptr;
     QLineEdit *m_wartoscPod = nullptr;
+
+    SplitPaymentBox *m_mpp = nullptr;
 
     QPushButton *m_wystaw = nullptr;
     QPushButton *m_szukaj = nullptr;

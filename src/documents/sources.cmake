@@ -22,3 +22,5 @@ list(APPEND UI_SOURCES
   documents/frmzap_term.cpp
   documents/frmZbiorowka.cpp
 )
+# Split payment box of the bank transfer window.
+list(APPEND UI_SOURCES documents/SplitPaymentBox.cpp)

@@ -1,6 +1,7 @@
 #include "BankFile.h"
 
 #include "PaymentTitles.h"
+#include "validation/CheckDigits.h"
 #include "db/Structure.h"
 #include "documents/DocumentKinds.h"
 #include "documents/DocumentStore.h"
@@ -165,31 +166,19 @@ QStringList wrapLines(const QString &text, int width)
 
 QString accountDigits(const QString &typed)
 {
-    QString s = typed.trimmed().toUpper();
-    if (s.startsWith(QLatin1String("PL")))
-        s = s.mid(2);
-    QString digits;
-    for (QChar c : s)
-        if (c != QLatin1Char(' ') && c != QLatin1Char('-'))
-            digits += c;
-    return digits;
+    return CheckDigits::accountDigits(typed);
 }
 
 QString accountProblem(const QString &typed)
 {
-    const QString d = accountDigits(typed);
-    if (d.isEmpty())
-        return QStringLiteral("brak numeru rachunku");
-    if (d.size() != 26 || !std::all_of(d.begin(), d.end(), [](QChar c) { return c.isDigit() && c.unicode() < 0x80; }))
-        return QStringLiteral("numer rachunku \"%1\" nie ma 26 cyfr").arg(typed.trimmed());
-    // ISO 7064 mod 97-10 over the digits after the check digits, "PL" (2521) and the check digits.
-    const QString rearranged = d.mid(2) + QStringLiteral("2521") + d.left(2);
-    int rest = 0;
-    for (QChar c : rearranged)
-        rest = (rest * 10 + c.digitValue()) % 97;
-    if (rest != 1)
-        return QStringLiteral("numer rachunku \"%1\" ma błędne cyfry kontrolne").arg(typed.trimmed());
-    return {};
+    const std::optional<QString> problem = CheckDigits::nrbProblem(typed);
+    if (!problem)
+        return {};
+    // The checks speak in sentences; here they follow "rachunek odbiorcy: ".
+    QString text = *problem;
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    return text.left(1).toLower() + text.mid(1) + QStringLiteral(" (%1)").arg(typed.trimmed());
 }
 
 Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Options &options)
@@ -482,23 +471,54 @@ bool writeFile(const QString &path, const QByteArray &bytes, bool overwrite, QSt
     return true;
 }
 
-Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, const QString &path, bool overwrite)
+Checked checkStored(const QSqlDatabase &db, const QList<qint32> &ids, const Options &options)
 {
-    Outcome out;
     QString error;
     const std::optional<FirmData> firm = FirmStore::read(db, &error);
     if (!firm) {
+        Checked out;
         out.problems << (error.isEmpty() ? QStringLiteral("Firma nie ma jeszcze swoich danych.") : error);
         return out;
     }
     QList<PaymentDocument> docs;
+    QStringList missing;
     for (qint32 id : ids) {
         if (const auto doc = DocumentStore::read(db, id, &error))
             docs << *doc;
         else
-            out.problems << QStringLiteral("Dokument nr %1: nie ma go w bazie firmy.").arg(id);
+            missing << QStringLiteral("Dokument nr %1: nie ma go w bazie firmy.").arg(id);
     }
-    const Checked checked = check(docs, *firm, options);
+    Checked out = check(docs, *firm, options);
+    out.problems = missing + out.problems;
+    return out;
+}
+
+std::pair<Format, Encoding> firmChoice(const QSqlDatabase &db)
+{
+    QSqlQuery q(db);
+    if (q.exec(QStringLiteral("SELECT Format, Kodowanie FROM UstawieniaBanku ORDER BY rowid LIMIT 1")) && q.next())
+        return {formatByName(q.value(0).toString()).value_or(Format::Elixir),
+                encodingByName(q.value(1).toString()).value_or(Encoding::Cp1250)};
+    return {Format::Elixir, Encoding::Cp1250};
+}
+
+bool saveFirmChoice(QSqlDatabase db, Format format, Encoding encoding)
+{
+    Transaction t(db);
+    QSqlQuery q(db);
+    if (!t.isActive() || !q.exec(QStringLiteral("DELETE FROM UstawieniaBanku")))
+        return false;
+    q.prepare(QStringLiteral("INSERT INTO UstawieniaBanku (Format, Kodowanie) VALUES (?, ?)"));
+    q.addBindValue(formatName(format));
+    q.addBindValue(encodingName(encoding));
+    return q.exec() && t.commit();
+}
+
+Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, const QString &path, bool overwrite)
+{
+    Outcome out;
+    QString error;
+    const Checked checked = checkStored(db, ids, options);
     out.problems << checked.problems;
     if (!out.problems.isEmpty() || !checked.ok())
         return out;

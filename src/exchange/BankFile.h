@@ -94,6 +94,15 @@ QByteArray pain001(const QList<Payment> &payments, const QString &initiatingPart
 // An existing file is replaced only with `overwrite`.
 bool writeFile(const QString &path, const QByteArray &bytes, bool overwrite, QString *error = nullptr);
 
+// Reads documents `ids` and the firm from `db` and checks them; a document missing from
+// the database is a problem too.
+Checked checkStored(const QSqlDatabase &db, const QList<qint32> &ids, const Options &options);
+
+// The format and encoding the firm last wrote (table "UstawieniaBanku"); Elixir-O in
+// Windows-1250 until it has written one.
+std::pair<Format, Encoding> firmChoice(const QSqlDatabase &db);
+bool saveFirmChoice(QSqlDatabase db, Format format, Encoding encoding);
+
 // What a sending step does from the stored documents to the written file and its record.
 struct Outcome {
     bool written = false;

@@ -1,5 +1,6 @@
 list(APPEND CORE_SOURCES exchange/Elixir.cpp)
 list(APPEND CORE_SOURCES exchange/BankFile.cpp exchange/PaymentTitles.cpp)
+list(APPEND UI_SOURCES exchange/frmDoBanku.cpp exchange/SentMarks.cpp)
 list(APPEND CORE_SOURCES exchange/ExportFile.cpp exchange/FirmImport.cpp)
 list(APPEND UI_SOURCES exchange/frmImport.cpp exchange/frmImportFirm.cpp)
 list(APPEND CORE_SOURCES exchange/ServerDocument.cpp exchange/clsSerwer.cpp exchange/basKONTORIAN.cpp)
