@@ -65,6 +65,13 @@ QList<Column> firmIdentifierColumns()
             text(QStringLiteral("IDENTPOD"), 14, Empty)};
 }
 
+// The firm's individual ZUS contribution account, paid to since contributions stopped
+// going to the four common ZUS accounts.
+QList<Column> firmContributionColumns()
+{
+    return {text(QStringLiteral("RACHUNEK_NRS"), 40, Empty)};
+}
+
 QList<Column> settingsFlagColumns()
 {
     QList<Column> cols;
@@ -168,7 +175,8 @@ QList<Table> makeFullTables()
     for (Table &t : tables) {
         if (t.name == QLatin1String("FIRMA"))
             t.columns << bankSlots(4, 10, Empty, Empty) << firmIdentifierColumns()
-                      << bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta"));
+                      << bankSlots(11, 40, QStringLiteral("nazwa banku"), QStringLiteral("numer konta"))
+                      << firmContributionColumns();
         else if (t.name == QLatin1String("ZLECANKI"))
             t.columns << zusAndTaxColumns();
     }
@@ -312,6 +320,8 @@ QList<Step> upgradeSteps()
          }},
         {QStringLiteral("UstawieniaBanku"), QStringLiteral("Kodowanie"),
          [](QSqlDatabase &db) { createTable(db, QStringLiteral("UstawieniaBanku"), bankChoiceColumns()); }},
+        {QStringLiteral("FIRMA"), QStringLiteral("RACHUNEK_NRS"),
+         [](QSqlDatabase &db) { addColumns(db, QStringLiteral("FIRMA"), firmContributionColumns()); }},
     };
 }
 

@@ -28,7 +28,10 @@ QDate workingDate()
 QStringList zusAccounts()
 {
     return {QStringLiteral("Ubezpieczenie społeczne"), QStringLiteral("Ubezpieczenie zdrowotne"),
-            QStringLiteral("FP i FGŚP"), QStringLiteral("Fund. Emerytur Pomostowych")};
+            QStringLiteral("FP i FGŚP"), QStringLiteral("Fund. Emerytur Pomostowych"),
+            // Since 2018 every contribution goes to the payer's own account; the four
+            // above stay for documents stored before.
+            QStringLiteral("Rachunek indywidualny (NRS)")};
 }
 
 QStringList zusPaymentTypes()

@@ -70,6 +70,7 @@ std::optional<FirmData> read(const QSqlDatabase &db, QString *error)
     d.identZus = get(QStringLiteral("IDENTZUS")).toString();
     d.typIdentPod = typ(QStringLiteral("TYPIDENTPOD"));
     d.identPod = get(QStringLiteral("IDENTPOD")).toString();
+    d.nrs = get(QStringLiteral("RACHUNEK_NRS")).toString();
     return d;
 }
 
@@ -115,6 +116,7 @@ bool save(QSqlDatabase db, const FirmData &data, std::bitset<Accounts::Count> wr
     add(QStringLiteral("IDENTZUS"), text(data.identZus));
     add(QStringLiteral("TYPIDENTPOD"), position(data.typIdentPod));
     add(QStringLiteral("IDENTPOD"), text(data.identPod));
+    add(QStringLiteral("RACHUNEK_NRS"), text(data.nrs));
 
     QStringList quotedNames;
     for (const QString &n : std::as_const(names))

@@ -27,6 +27,8 @@ struct FirmData {
     QString identZus;
     int typIdentPod = -1;
     QString identPod;
+    // "Rachunek składkowy ZUS (NRS)": the firm's own ZUS contribution account, as typed.
+    QString nrs;
 };
 
 namespace FirmStore {

@@ -1,9 +1,11 @@
 #include "WindowFields.h"
 
 #include "db/Structure.h"
+#include "validation/DigitWarnings.h"
 #include "validation/FieldCheck.h"
 
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -62,9 +64,13 @@ RecipientFields::RecipientFields(QWidget *parent, const QString &table, Columns 
       miasto(field(parent, QStringLiteral("txtmiasto"), table, column(c, "MIASTO", "KLIENT_MIASTO"), 5)),
       nip(field(parent, QStringLiteral("txtNIP"), table, column(c, "NIP", "KLIENT_NIP"), 3, QStringLiteral("nip"))),
       bank(field(parent, QStringLiteral("txtbank"), table, column(c, "BANK_NAZWA", "KLIENT_BANK"), 5)),
-      konto(field(parent, QStringLiteral("txtkonto"), table, column(c, "BANK_KONTO", "KLIENT_KONTO"), 5))
+      konto(field(parent, QStringLiteral("txtkonto"), table, column(c, "BANK_KONTO", "KLIENT_KONTO"), 5)),
+      bankOfAccount(new QLabel(parent))
 {
     checkOnLeave(kod);
+    bankOfAccount->setObjectName(QStringLiteral("lblbankkonta"));
+    DigitWarnings::watchAccount(konto, bankOfAccount, bank);
+    DigitWarnings::watchNip(nip);
 }
 
 QList<QLineEdit *> RecipientFields::all() const
@@ -108,6 +114,7 @@ void RecipientFields::addRows(QFormLayout *form) const
     form->addRow(QStringLiteral("NIP:"), nip);
     form->addRow(QStringLiteral("Bank:"), bank);
     form->addRow(QStringLiteral("Konto:"), konto);
+    form->addRow(QString(), bankOfAccount);
 }
 
 } // namespace WindowFields

@@ -6,6 +6,7 @@
 #include <QString>
 
 class QFormLayout;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QWidget;
@@ -26,7 +27,9 @@ QPushButton *button(QWidget *parent, const QString &name, const QString &caption
 
 // The recipient's eight fields as the contractor, scheduled payment and document windows
 // all have them: txtnazwa, txtnazwa1, txtulica, txtkod, txtmiasto, txtNIP, txtbank and
-// txtkonto, with their columns' limits, key filters and checks.
+// txtkonto, with their columns' limits, key filters and checks. The account and the NIP
+// are watched for their check digits; leaving the account with the bank name empty names
+// the bank.
 class RecipientFields {
 public:
     enum class Columns {
@@ -50,6 +53,8 @@ public:
     QLineEdit *nip;
     QLineEdit *bank;
     QLineEdit *konto;
+    // The bank named by the account number, shown beside it (lblbankkonta).
+    QLabel *bankOfAccount;
 };
 
 } // namespace WindowFields

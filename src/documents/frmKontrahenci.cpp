@@ -9,6 +9,7 @@
 #include "documents/WindowFields.h"
 #include "documents/frmSzukaj.h"
 #include "frmglowna.h"
+#include "validation/DigitWarnings.h"
 #include "validation/FieldCheck.h"
 
 #include <QFormLayout>
@@ -214,7 +215,8 @@ void frmKontrahenci::save()
         dialogs().beep();
         return;
     }
-    if (FieldCheck::SprawdzPola(this) || FieldCheck::SprawdzPuste({m_recipient->nazwa, m_recipient->bank, m_recipient->konto}))
+    if (FieldCheck::SprawdzPola(this) || FieldCheck::SprawdzPuste({m_recipient->nazwa, m_recipient->bank, m_recipient->konto}) ||
+        !DigitWarnings::confirmSave(this))
         return;
     Contractor c = m_recipient->values();
     c.id = m_editedId;

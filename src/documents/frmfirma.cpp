@@ -8,6 +8,8 @@
 #include "documents/ChoiceLists.h"
 #include "documents/FirmData.h"
 #include "documents/WindowFields.h"
+#include "validation/CheckDigits.h"
+#include "validation/DigitWarnings.h"
 #include "validation/FieldCheck.h"
 #include "validation/Sprawdz.h"
 
@@ -58,6 +60,7 @@ frmfirma::frmfirma(QWidget *parent) : QWidget(parent)
     m_nazwaSkroconaCd = field(this, QStringLiteral("txtnazwaskroconacd"), Table, QStringLiteral("NAZWA_SKROCONACD"), 5);
     m_identZus = field(this, QStringLiteral("txtIdentyfikatorZus"), Table, QStringLiteral("IDENTZUS"), 5);
     m_identPod = field(this, QStringLiteral("txtIdentyfikatorPodatki"), Table, QStringLiteral("IDENTPOD"), 5);
+    m_nrs = field(this, QStringLiteral("txtRachunekNrs"), Table, QStringLiteral("RACHUNEK_NRS"), 5);
     m_typIdentZus = new QComboBox(this);
     m_typIdentZus->setObjectName(QStringLiteral("lstTypIdentZus"));
     m_typIdentZus->addItems(ChoiceLists::zusIdentifierTypes());
@@ -75,10 +78,11 @@ frmfirma::frmfirma(QWidget *parent) : QWidget(parent)
     m_stan11 = field(this, QStringLiteral("txtstan11"), Table, Accounts::balanceColumn(FirstListed), 0,
                      QStringLiteral("cur"));
     m_texts = {m_nazwa, m_nazwa1, m_ulica, m_nrDomu, m_nrLokalu, m_kod, m_miasto, m_nip, m_nazwaSkrocona,
-               m_nazwaSkroconaCd, m_identZus, m_identPod, m_bank11, m_konto11, m_stan11};
+               m_nazwaSkroconaCd, m_identZus, m_identPod, m_bank11, m_konto11, m_stan11, m_nrs};
     for (int i = 0; i < 10; ++i)
         m_texts << m_bank[i] << m_konto[i] << m_stan[i];
     WindowFields::checkOnLeave(m_kod);
+    watchDigits();
     for (QLineEdit *stan : m_stan)
         FieldCheck::normaliseAmountOnLeave(stan);
     FieldCheck::normaliseAmountOnLeave(m_stan11);
@@ -114,6 +118,52 @@ frmfirma::frmfirma(QWidget *parent) : QWidget(parent)
 
     load();
     setEditing(false);
+}
+
+void frmfirma::watchDigits()
+{
+    DigitWarnings::watchNip(m_nip);
+    // The supplementary identifiers are checked as the type chosen beside them says.
+    auto byType = [](QComboBox *type, int nip, int regon, int pesel) {
+        return [=](const QString &text) -> std::optional<QString> {
+            const int t = type->currentIndex();
+            if (t == nip)
+                return CheckDigits::nipProblem(text);
+            if (t == regon)
+                return CheckDigits::regonProblem(text);
+            if (t == pesel)
+                return CheckDigits::peselProblem(text);
+            return std::nullopt;
+        };
+    };
+    DigitWarnings::watch(m_identZus, byType(m_typIdentZus, -1, 0, 1));
+    DigitWarnings::watch(m_identPod, byType(m_typIdentPod, 0, 1, 2));
+    DigitWarnings::watch(m_nrs, [this](const QString &text) { return CheckDigits::nrsProblem(text, m_nip->text()); });
+    m_watched = {m_nip, m_identZus, m_identPod, m_nrs};
+    for (QLineEdit *konto : m_konto)
+        m_watched << konto;
+    m_watched << m_konto11;
+    for (int i = 0; i < 10; ++i)
+        DigitWarnings::watchAccount(m_konto[i], bankLabel(indexed("lblbankkonta", i)), m_bank[i]);
+    DigitWarnings::watchAccount(m_konto11, bankLabel(QStringLiteral("lblbankkonta11")), m_bank11);
+}
+
+QLabel *frmfirma::bankLabel(const QString &name)
+{
+    auto *label = new QLabel(this);
+    label->setObjectName(name);
+    m_bankLabels.insert(name, label);
+    return label;
+}
+
+QLayout *frmfirma::withBank(QLineEdit *konto)
+{
+    // The label was named after the field's position: find it by the field's suffix.
+    const QString suffix = konto->objectName().mid(QStringLiteral("txtkonto").size());
+    auto *row = new QHBoxLayout;
+    row->addWidget(konto, 2);
+    row->addWidget(m_bankLabels.value(QStringLiteral("lblbankkonta") + suffix), 1);
+    return row;
 }
 
 QWidget *frmfirma::firmPage()
@@ -155,6 +205,9 @@ QWidget *frmfirma::identifiersPage()
     };
     frame(QStringLiteral("fraZus"), QStringLiteral("ZUS"), m_typIdentZus, m_identZus);
     frame(QStringLiteral("fraPodatki"), QStringLiteral("Podatki"), m_typIdentPod, m_identPod);
+    auto *contributions = new QFormLayout;
+    contributions->addRow(QStringLiteral("Rachunek składkowy ZUS (NRS)"), m_nrs);
+    layout->addLayout(contributions);
     layout->addStretch();
     return page;
 }
@@ -165,7 +218,7 @@ QWidget *frmfirma::accountsPage(int first, int last)
     auto *form = new QFormLayout(page);
     for (int n = first; n <= last; ++n) {
         form->addRow(QStringLiteral("Nazwa banku %1:").arg(n), m_bank[n - 1]);
-        form->addRow(QStringLiteral("Konto %1:").arg(n), m_konto[n - 1]);
+        form->addRow(QStringLiteral("Konto %1:").arg(n), withBank(m_konto[n - 1]));
         form->addRow(QStringLiteral("Stan konta:"), m_stan[n - 1]);
     }
     return page;
@@ -183,7 +236,7 @@ QWidget *frmfirma::moreAccountsPage()
     layout->addWidget(m_lstBank);
     auto *form = new QFormLayout;
     form->addRow(QStringLiteral("Nazwa banku:"), m_bank11);
-    form->addRow(QStringLiteral("Konto:"), m_konto11);
+    form->addRow(QStringLiteral("Konto:"), withBank(m_konto11));
     form->addRow(QStringLiteral("Stan konta:"), m_stan11);
     layout->addLayout(form, 1);
     return page;
@@ -211,6 +264,7 @@ void frmfirma::load()
     m_identZus->setText(d.identZus);
     m_typIdentPod->setCurrentIndex(d.typIdentPod < m_typIdentPod->count() ? d.typIdentPod : -1);
     m_identPod->setText(d.identPod);
+    m_nrs->setText(d.nrs);
     for (int i = 0; i < Accounts::Count; ++i) {
         const BankAccount &a = d.accounts[i];
         m_accounts[i] = {a.bankName, a.number, balanceText(a.balance)};
@@ -326,6 +380,7 @@ FirmData frmfirma::gather(std::bitset<Accounts::Count> *changedBalances) const
     d.identZus = m_identZus->text();
     d.typIdentPod = m_typIdentPod->currentIndex();
     d.identPod = m_identPod->text();
+    d.nrs = m_nrs->text().trimmed();
     for (int i = 0; i < Accounts::Count; ++i) {
         const AccountTexts a = i < 10 ? AccountTexts{m_bank[i]->text(), m_konto[i]->text(), m_stan[i]->text()}
                                       : m_accounts[i];
@@ -345,6 +400,12 @@ void frmfirma::save()
     }
     if (!keepShownAccount() || fieldsWrong())
         return;
+    if (!DigitWarnings::confirmSave(QList<QWidget *>(m_watched.begin(), m_watched.end()))) {
+        for (int page = 0; page < m_tabs->count(); ++page)
+            if (m_tabs->widget(page)->isAncestorOf(focusWidget()))
+                m_tabs->setCurrentIndex(page);
+        return;
+    }
     std::bitset<Accounts::Count> changed;
     const FirmData d = gather(&changed);
     QString error;

@@ -2,6 +2,7 @@
 
 #include "documents/Accounts.h"
 
+#include <QHash>
 #include <QList>
 #include <QWidget>
 
@@ -9,6 +10,8 @@
 #include <bitset>
 
 class QComboBox;
+class QLabel;
+class QLayout;
 class QLineEdit;
 class QListWidget;
 class QPushButton;
@@ -40,6 +43,11 @@ private:
     QWidget *identifiersPage();
     QWidget *accountsPage(int first, int last);
     QWidget *moreAccountsPage();
+    // Check-digit warnings of the NIP, identifiers, NRS and accounts; each account shows
+    // its bank beside it.
+    void watchDigits();
+    QLabel *bankLabel(const QString &name);
+    QLayout *withBank(QLineEdit *konto);
 
     void load();
     void setEditing(bool on);
@@ -70,6 +78,9 @@ private:
     QLineEdit *m_identZus = nullptr;
     QComboBox *m_typIdentPod = nullptr;
     QLineEdit *m_identPod = nullptr;
+    QLineEdit *m_nrs = nullptr;
+    QList<QLineEdit *> m_watched; // fields with check digits, asked about before saving
+    QHash<QString, QLabel *> m_bankLabels;
     std::array<QLineEdit *, 10> m_bank{};
     std::array<QLineEdit *, 10> m_konto{};
     std::array<QLineEdit *, 10> m_stan{};

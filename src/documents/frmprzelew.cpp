@@ -11,11 +11,16 @@
 #include "documents/ChoiceLists.h"
 #include "documents/DocumentStore.h"
 #include "documents/EntryRules.h"
+#include "documents/FirmData.h"
 #include "documents/SplitPaymentBox.h"
+#include "documents/TaxAccount.h"
+#include "documents/ZusAccount.h"
 #include "documents/WindowFields.h"
 #include "documents/frmKontrahenci.h"
 #include "exchange/Elixir.h"
 #include "print/PrintEngine.h"
+#include "validation/BankNames.h"
+#include "validation/DigitWarnings.h"
 #include "validation/FieldCheck.h"
 
 #include <QComboBox>
@@ -141,6 +146,7 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     m_documentForm->setRowVisible(m_wartosc, EntryRules::usesGeneralAmount(kind));
     m_recipientForm->setRowVisible(m_recipient->bank, EntryRules::recipientBankInUse(kind));
     m_recipientForm->setRowVisible(m_recipient->konto, EntryRules::recipientBankInUse(kind));
+    m_recipientForm->setRowVisible(m_recipient->bankOfAccount, EntryRules::recipientBankInUse(kind));
 
     connect(m_lstbank, &QComboBox::currentIndexChanged, this, &frmprzelew::accountChosen);
     connect(m_wystaw, &QPushButton::clicked, this, &frmprzelew::issue);
@@ -174,6 +180,7 @@ QWidget *frmprzelew::recipientPart()
     m_recipientForm->addRow(QStringLiteral("NIP:"), m_recipient->nip);
     m_recipientForm->addRow(QStringLiteral("Bank:"), m_recipient->bank);
     m_recipientForm->addRow(QStringLiteral("Konto:"), m_recipient->konto);
+    m_recipientForm->addRow(QString(), m_recipient->bankOfAccount);
     return part;
 }
 
@@ -220,6 +227,10 @@ QGroupBox *frmprzelew::taxBlock()
     form->addRow(QStringLiteral("Symbol formularza:"), m_symbol);
     form->addRow(QStringLiteral("Ident. zobowiązania:"), m_identyfikacja);
     form->addRow(QStringLiteral("Kwota:"), m_wartoscPod);
+    m_mikrorachunek = WindowFields::button(m_frmPodatki, QStringLiteral("cmdMikrorachunek"),
+                                           QStringLiteral("&Mikrorachunek podatkowy"));
+    form->addRow(QString(), m_mikrorachunek);
+    connect(m_mikrorachunek, &QPushButton::clicked, this, &frmprzelew::fillMicroAccount);
     return m_frmPodatki;
 }
 
@@ -328,7 +339,7 @@ bool frmprzelew::save()
 {
     if (m_mode == EntryRules::Viewing || refuseWhenReadOnly())
         return false;
-    if (FieldCheck::SprawdzPola(this) || accountMissing())
+    if (FieldCheck::SprawdzPola(this) || accountMissing() || !DigitWarnings::confirmSave(this))
         return false;
     if (!Elixir::issueStep(Db(), firmFile(), appState().eliksir))
         return false;
@@ -392,6 +403,8 @@ void frmprzelew::startNew()
     PaymentDocument doc = PaymentDocument::newDocument(m_kind, ChoiceLists::workingDate());
     if (account > 0)
         doc.banknr = static_cast<qint16>(account);
+    if (m_kind == DocumentKinds::PrzelewZus && isFirmOpen())
+        doc.zus.nrRachunku = ZusAccount::startingAccount(FirmStore::read(Db()).value_or(FirmData{}));
     showDocument(doc);
     if (!date.isEmpty())
         m_data->setText(date);
@@ -417,6 +430,23 @@ void frmprzelew::setViewing()
         c->setEnabled(false);
     m_szukaj->setEnabled(false);
     m_mpp->setViewing();
+    m_mikrorachunek->setEnabled(false);
+}
+
+void frmprzelew::fillMicroAccount()
+{
+    QString error;
+    const FirmData firm = isFirmOpen() ? FirmStore::read(Db(), &error).value_or(FirmData{}) : FirmData{};
+    const TaxAccount::MicroAccount micro = TaxAccount::forFirm(firm);
+    if (micro.account.isEmpty()) {
+        dialogs().exclamation(error.isEmpty() ? micro.problem : error, QStringLiteral("Mikrorachunek podatkowy"));
+        return;
+    }
+    m_recipient->konto->setText(micro.account);
+    if (m_recipient->bank->text().trimmed().isEmpty())
+        m_recipient->bank->setText(BankNames::bankName(micro.account));
+    if (m_recipient->nazwa->text().trimmed().isEmpty())
+        m_recipient->nazwa->setText(TaxAccount::RecipientName);
 }
 
 void frmprzelew::chooseContractor()

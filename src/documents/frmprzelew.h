@@ -64,6 +64,8 @@ private:
     void startNew();
     void load();
     void setViewing();
+    // Fills the recipient's account with the firm's tax micro-account.
+    void fillMicroAccount();
     bool accountMissing();
 
     qint16 m_mode;
@@ -97,6 +99,7 @@ private:
     QLineEdit *m_wartoscPod = nullptr;
 
     SplitPaymentBox *m_mpp = nullptr;
+    QPushButton *m_mikrorachunek = nullptr;
 
     QPushButton *m_wystaw = nullptr;
     QPushButton *m_szukaj = nullptr;

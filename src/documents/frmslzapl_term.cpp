@@ -9,6 +9,7 @@
 #include "documents/EntryRules.h"
 #include "documents/WindowFields.h"
 #include "documents/frmKontrahenci.h"
+#include "validation/DigitWarnings.h"
 #include "validation/FieldCheck.h"
 
 #include <QCheckBox>
@@ -311,6 +312,10 @@ void frmslzapl_term::save()
             m_tabs->setCurrentIndex(0);
             return;
         }
+    if (!DigitWarnings::confirmSave({m_recipient->nip, m_recipient->konto})) {
+        m_tabs->setCurrentIndex(1);
+        return;
+    }
     const ScheduledPayment p = gather();
     QString error;
     const auto result = m_editedName.isEmpty() ? ScheduledPayments::insert(Db(), p, &error)

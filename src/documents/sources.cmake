@@ -1,5 +1,7 @@
 list(APPEND CORE_SOURCES
   documents/TransfersOfDay.cpp
+  documents/ZusAccount.cpp
+  documents/TaxAccount.cpp
   documents/Accounts.cpp
   documents/BrowseQuery.cpp
   documents/ChoiceLists.cpp

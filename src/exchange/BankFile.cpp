@@ -8,6 +8,7 @@
 #include "documents/FirmData.h"
 #include "documents/PaymentDocument.h"
 #include "documents/Transaction.h"
+#include "documents/ZusAccount.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -223,9 +224,11 @@ Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Op
             if (!PaymentTitles::isZusOnNrs(doc))
                 problem(QStringLiteral("rachunki ZUS sprzed 2018 roku są zamknięte; składki płaci się "
                                        "na rachunek indywidualny (NRS)"));
+            else if (CheckDigits::accountDigits(firm.nrs).isEmpty())
+                problem(QStringLiteral("firma nie ma rachunku składkowego NRS (System, Dane firmy)"));
+            // Paid as an ordinary transfer to ZUS on the firm's own contribution account.
             p.title = PaymentTitles::zusTitle(doc);
-            if (p.payee.name.isEmpty())
-                p.payee.name = QStringLiteral("ZAKŁAD UBEZPIECZEŃ SPOŁECZNYCH");
+            p.payee = Party{ZusAccount::RecipientName, {}, {}, {}, accountDigits(firm.nrs)};
             break;
         case DocumentKinds::PrzelewPodatki: {
             p.classification = Tax;
@@ -251,7 +254,7 @@ Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Op
         const QString payerWhy = accountProblem(doc.kontoFirmy);
         if (!payerWhy.isEmpty())
             problem(QStringLiteral("rachunek firmy: ") + payerWhy);
-        const QString payeeWhy = accountProblem(doc.klientKonto);
+        const QString payeeWhy = accountProblem(doc.czyZus() ? firm.nrs : doc.klientKonto);
         if (!payeeWhy.isEmpty())
             problem(QStringLiteral("rachunek odbiorcy: ") + payeeWhy);
         else if (payerWhy.isEmpty() && p.payee.account == p.payer.account)

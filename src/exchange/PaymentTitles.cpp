@@ -3,14 +3,13 @@
 #include "documents/ChoiceLists.h"
 #include "documents/FirmData.h"
 #include "documents/PaymentDocument.h"
+#include "documents/ZusAccount.h"
 
 #include <QRegularExpression>
 
 namespace PaymentTitles {
 
 namespace {
-
-const QString IndividualAccount = QStringLiteral("Rachunek indywidualny (NRS)");
 
 QString onlyAlnum(const QString &s)
 {
@@ -123,15 +122,14 @@ QString taxTitle(const PaymentDocument &doc, const FirmData &firm)
 
 bool isZusOnNrs(const PaymentDocument &doc)
 {
-    return doc.czyZus() && ChoiceLists::itemAt(ChoiceLists::zusAccounts(), doc.zus.nrRachunku) == IndividualAccount;
+    return doc.czyZus() && doc.zus.nrRachunku == ZusAccount::Individual;
 }
 
 QString zusTitle(const PaymentDocument &doc)
 {
     if (!doc.zaDokumentNazwa.trimmed().isEmpty())
         return doc.zaDokumentNazwa.trimmed();
-    const QString year = ChoiceLists::itemAt(ChoiceLists::zusYears(), doc.zus.rok);
-    return QStringLiteral("Składki ZUS %1/%2").arg(doc.zus.miesiac + 1, 2, 10, QLatin1Char('0')).arg(year);
+    return ZusAccount::transferTitle(doc.zus);
 }
 
 } // namespace PaymentTitles

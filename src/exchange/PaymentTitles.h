@@ -43,7 +43,7 @@ QString taxTitle(const PaymentDocument &doc, const FirmData &firm);
 QString taxTitleProblem(const PaymentDocument &doc, const FirmData &firm);
 
 // A ZUS transfer to the payer's individual contribution account carries a plain title:
-// the one typed, or "Składki ZUS MM/RRRR" from the declaration month.
+// the one typed, or "Składki ZUS MM/RRRR, dekl. NN, typ S" from the declaration block.
 QString zusTitle(const PaymentDocument &doc);
 // True when the document pays the payer's individual contribution account (the only
 // ZUS account there is since 2018).

@@ -9,6 +9,7 @@
 #include "PrintEngine.h"
 #include "Slip.h"
 #include "documents/DocumentStore.h"
+#include "documents/ZusAccount.h"
 #include "reports/ReportPrintout.h"
 
 namespace {
@@ -92,7 +93,14 @@ void printDocumentSlip(PrintEngine &engine, const SlipRecords &r)
         DrukPrzekazu(engine, r);
         break;
     case DocumentKinds::PrzelewZus:
-        if (s.wstawiany != 0)
+        if (const auto warning = ZusAccount::printWarning(r.doc, r.firm))
+            dialogs().exclamation(*warning, QStringLiteral("Przelew do ZUS"));
+        // Contributions to the firm's own account go on an ordinary transfer form.
+        if (r.doc.zus.nrRachunku == ZusAccount::Individual) {
+            SlipRecords transfer = r;
+            transfer.doc = ZusAccount::asBankTransfer(r.doc, r.firm);
+            printDocumentSlip(engine, transfer);
+        } else if (s.wstawiany != 0)
             DrukPolZus(engine, r);
         else
             DrukZus(engine, r);
