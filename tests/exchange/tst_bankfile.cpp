@@ -79,6 +79,8 @@ private Q_SLOTS:
     void refusedBatchWritesNothing_data();
     void refusedBatchWritesNothing();
     void existingFileAndWrapping();
+    void commandLine_data();
+    void commandLine();
 
 private:
     PaymentDocument stored(int kind, const std::function<void(PaymentDocument &)> &change = {});
@@ -405,6 +407,50 @@ void TestBankFile::existingFileAndWrapping()
                           QStringLiteral("\"Gęśla\" spółka z o.o.")}));
     QCOMPARE(BankFile::wrapLines(QString(40, QLatin1Char('x'))),
              QStringList({QString(35, QLatin1Char('x')), QString(5, QLatin1Char('x'))}));
+}
+
+void TestBankFile::commandLine_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("said"); // on standard output when 0, on standard error otherwise
+    QTest::newRow("the day of account 1") << QStringList{"--dzien", "23-11-2026", "--konto", "1", "--format", "elixir",
+                                                         "--kodowanie", "cp852"}
+                                          << 0 << "przelewów 1 na kwotę 1 234,50 zł";
+    QTest::newRow("by numbers, xml") << QStringList{"--id", "1", "--format", "xml", "--data-wykonania", "31-12-2099"} << 0
+                                     << "przelewów 1";
+    QTest::newRow("a wrong one among them") << QStringList{"--id", "1,2", "--format", "elixir"} << 1
+                                            << "Dokument nr 2 (Przelew bankowy): rachunek odbiorcy";
+    QTest::newRow("no such document") << QStringList{"--id", "9", "--format", "xml"} << 1 << "Dokument nr 9";
+    QTest::newRow("unknown format") << QStringList{"--id", "1", "--format", "csv"} << 2 << "elixir albo xml";
+    QTest::newRow("both id and day") << QStringList{"--id", "1", "--dzien", "23-11-2026", "--format", "xml"} << 2
+                                     << "Podaj jedno";
+}
+
+void TestBankFile::commandLine()
+{
+    QFETCH(QStringList, options);
+    QFETCH(int, exitCode);
+    QFETCH(QString, said);
+    stored(1);
+    stored(1, [](PaymentDocument &d) {
+        d.banknr = 2;
+        d.kontoFirmy = OtherFirmAccount;
+        d.klientKonto = QStringLiteral("11 1140 2004 0000 3002 0123 4567");
+    });
+    const QString firm = firmFile();
+    CloseDb();
+    QProcess p;
+    p.setProcessEnvironment(m_env->processEnvironment());
+    p.start(programPath(), QStringList{QStringLiteral("bank"), QStringLiteral("--firma"), firm,
+                                       QStringLiteral("--plik"), m_path} + options);
+    QVERIFY(p.waitForFinished(60000));
+    const QString output = QString::fromLocal8Bit(exitCode == 0 ? p.readAllStandardOutput() : p.readAllStandardError());
+    QVERIFY2(output.contains(said), qPrintable(output + QString::fromLocal8Bit(p.readAllStandardError())));
+    QCOMPARE(p.exitCode(), exitCode);
+    QCOMPARE(QFile::exists(m_path), exitCode == 0);
+    QVERIFY(OpenDb(firm));
+    QCOMPARE(SentStore::entries(Db()).size(), exitCode == 0 ? 1 : 0);
 }
 
 QTEST_GUILESS_MAIN(TestBankFile)
