@@ -12,6 +12,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QMap>
 #include <QSaveFile>
 #include <QSqlError>
@@ -39,13 +40,20 @@ QByteArray codecName(Encoding e)
 // The characters of `text` that the code page lacks, each once.
 QString missingCharacters(const QString &text, Encoding e)
 {
+    // Each character is asked of the code page once; a batch repeats the same few letters.
+    static QHash<QPair<int, char16_t>, bool> known;
     QString missing;
     for (QChar c : text) {
         if (c.unicode() < 0x80 || missing.contains(c))
             continue;
-        QStringEncoder enc(codecName(e).constData());
-        const QByteArray b = enc.encode(QString(c));
-        if (enc.hasError() || b.isEmpty() || b == "?")
+        const auto key = qMakePair(int(e), c.unicode());
+        auto it = known.constFind(key);
+        if (it == known.constEnd()) {
+            QStringEncoder enc(codecName(e).constData());
+            const QByteArray b = enc.encode(QString(c));
+            it = known.insert(key, !enc.hasError() && !b.isEmpty() && b != "?");
+        }
+        if (!*it)
             missing += c;
     }
     return missing;
