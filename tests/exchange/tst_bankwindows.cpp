@@ -6,6 +6,7 @@
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "documents/ChoiceLists.h"
+#include "documents/frmZbiorowka.h"
 #include "documents/frmprzegladanie.h"
 #include "documents/frmprzelew.h"
 #include "exchange/BankFile.h"
@@ -15,6 +16,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QGroupBox>
+#include <QLabel>
 #include <QListView>
 #include <QListWidget>
 #include <QTest>
@@ -77,6 +79,7 @@ private Q_SLOTS:
     void splitPaymentThroughWindow();
     void taxTitleThroughWindow();
     void browseSendsAndMarks();
+    void statementSendsItsDay();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -226,6 +229,27 @@ void TestBankWindows::browseSendsAndMarks()
     QVERIFY(m_dialogs->saw(QStringLiteral("zostały już wysłane do banku")));
     QVERIFY(!QFile::exists(xml + QStringLiteral(".2")));
     QCOMPARE(SentStore::entries(Db()).size(), 1);
+}
+
+void TestBankWindows::statementSendsItsDay()
+{
+    typedDocument(1)->save();
+    typedDocument(6)->save();
+    frmZbiorowka statement;
+    statement.show();
+    typeInto(&statement, QStringLiteral("txtData"), DateText::format(ChoiceLists::workingDate()));
+    click(&statement, QStringLiteral("cmdDoBanku"));
+    auto *window = statement.findChild<frmDoBanku *>();
+    QVERIFY(window);
+    // The statement lists bank transfers only; the file takes the tax transfer too.
+    QCOMPARE(child<QLabel>(window, QStringLiteral("lblpodsumowanie"))->text(),
+             QStringLiteral("Dokumentów: 2, gotowych do wysłania: 2 na kwotę 623,00 zł"));
+    const QString path = m_env->newPath(QStringLiteral("dzien%1.pli").arg(m_files));
+    typeInto(window, QStringLiteral("txtplik"), path);
+    QVERIFY(window->save());
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    QCOMPARE(f.readAll().count("\r\n"), 2);
 }
 
 QTEST_MAIN(TestBankWindows)
