@@ -139,6 +139,9 @@ void frmfirma::watchDigits()
     DigitWarnings::watch(m_identZus, byType(m_typIdentZus, -1, 0, 1));
     DigitWarnings::watch(m_identPod, byType(m_typIdentPod, 0, 1, 2));
     DigitWarnings::watch(m_nrs, [this](const QString &text) { return CheckDigits::nrsProblem(text, m_nip->text()); });
+    connect(m_typIdentZus, &QComboBox::currentIndexChanged, this, [this] { DigitWarnings::recheck(m_identZus); });
+    connect(m_typIdentPod, &QComboBox::currentIndexChanged, this, [this] { DigitWarnings::recheck(m_identPod); });
+    connect(m_nip, &QLineEdit::textChanged, this, [this] { DigitWarnings::recheck(m_nrs); });
     m_watched = {m_nip, m_identZus, m_identPod, m_nrs};
     for (QLineEdit *konto : m_konto)
         m_watched << konto;

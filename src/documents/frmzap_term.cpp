@@ -7,8 +7,10 @@
 #include "Messages.h"
 #include "WindowUtil.h"
 #include "documents/EntryRules.h"
+#include "documents/FirmData.h"
 #include "documents/ScheduledPayments.h"
 #include "documents/WindowFields.h"
+#include "documents/ZusAccount.h"
 #include "documents/frmprzelew.h"
 #include "frmglowna.h"
 
@@ -78,7 +80,10 @@ frmprzelew *frmzap_term::issue()
         return nullptr;
     }
     const QDate today = appState().today;
-    const PaymentDocument doc = ScheduledPayments::issueDocument(*payment, today, Accounts::list());
+    PaymentDocument doc = ScheduledPayments::issueDocument(*payment, today, Accounts::list());
+    // A scheduled ZUS payment goes to the firm's own contribution account when it has one.
+    if (doc.rodzaj == DocumentKinds::PrzelewZus)
+        doc.zus.nrRachunku = ZusAccount::startingAccount(FirmStore::read(Db()).value_or(FirmData{}));
 
     frmprzelew *entry = nullptr;
     if (auto *main = qobject_cast<frmglowna *>(window()))

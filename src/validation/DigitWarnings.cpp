@@ -59,14 +59,21 @@ private:
     bool m_telling = false;
 };
 
-const Watcher *watcherOf(const QWidget *field)
+Watcher *watcherOf(const QWidget *field)
 {
     return field ? field->findChild<Watcher *>(QStringLiteral("digitWatcher"), Qt::FindDirectChildrenOnly) : nullptr;
 }
 
+// Only what is meant as a Polish account is checked: a foreign IBAN (with letters) or a
+// short number of an account kept outside the bank clearing is left alone, while a Polish
+// account with a digit too many or too few is told about.
 std::optional<QString> accountProblem(const QString &text)
 {
-    return CheckDigits::nrbProblem(text);
+    const QString d = CheckDigits::accountDigits(text);
+    for (QChar c : d)
+        if (!c.isDigit())
+            return std::nullopt;
+    return d.size() < 20 ? std::nullopt : CheckDigits::nrbProblem(d);
 }
 
 } // namespace
@@ -94,6 +101,12 @@ void watchAccount(QLineEdit *field, QLabel *bankLabel, QLineEdit *bankField)
 void watchNip(QLineEdit *field)
 {
     watch(field, CheckDigits::nipProblem);
+}
+
+void recheck(QLineEdit *field)
+{
+    if (Watcher *w = watcherOf(field))
+        w->mark();
 }
 
 std::optional<QString> problem(const QWidget *field)

@@ -18,11 +18,14 @@ using Check = std::function<std::optional<QString>(const QString &)>;
 
 // Watches `field` with `check` (applied only to a non-empty text).
 void watch(QLineEdit *field, Check check);
-// An account number: fails with "Numer rachunku ma błędne cyfry kontrolne - sprawdź go."
-// or a wrong length; `bankLabel`, when given, shows the bank named by the number, and
+// An account number meant as a Polish one (digits only, at least 20 of them): fails with
+// "Numer rachunku ma błędne cyfry kontrolne - sprawdź go." or a wrong length; `bankLabel`, when given, shows the bank named by the number, and
 // `bankField` is filled with it when the user leaves the account with it empty.
 void watchAccount(QLineEdit *field, QLabel *bankLabel = nullptr, QLineEdit *bankField = nullptr);
 void watchNip(QLineEdit *field);
+
+// Marks the field again after something its check depends on changed.
+void recheck(QLineEdit *field);
 
 // The field's problem now; nothing when it passes, is empty or is not watched.
 std::optional<QString> problem(const QWidget *field);

@@ -98,7 +98,7 @@ void TestStructure::tablesOfNewDatabase()
     QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|17;KONTRAHENCI|10;ZLECANKI|18"));
     UpgradeStructure(db);
     QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;Ustawienia|7;Ustawienia2|2;UstawieniaBanku|2;WyslaneDoBanku|5;ZLECANKI|30")
-                            .arg(17 + 7 * 3 + 6 + 30 * 3 + 1));
+                            .arg(17 + 7 * 3 + 6 + 30 * 3 + 1)); // the last: the firm's NRS
 }
 
 void TestStructure::columnTypesAndWidths_data()

@@ -69,6 +69,8 @@ private Q_SLOTS:
     void badInputRefused_data();
     void badInputRefused();
     void contractorsUpkeep();
+    void checkDigitsWarned_data();
+    void checkDigitsWarned();
     void choosing_data();
     void choosing();
     void searchFindsInTurn();
@@ -98,7 +100,7 @@ void TestDocumentWindows::firmWindowStoresEverything()
     w.show();
     click(&w, QStringLiteral("cmdzmien"));
     QVERIFY(w.isEditing());
-    fill(&w, {{"txtnazwa", "Usługi Łukasz Żak"}, {"txtkod", "90-001"}, {"txtNIP", "123-45-67-890"},
+    fill(&w, {{"txtnazwa", "Usługi Łukasz Żak"}, {"txtkod", "90-001"}, {"txtNIP", "526-02-50-995"},
               {"txtnazwaskrocona", "Ł. Żak"}, {"txtbank_2", "Bank trzeci"}, {"txtstan_2", "1 234,56"}});
     child<QComboBox>(&w, QStringLiteral("lstTypIdentZus"))->setCurrentIndex(2);     // "1 - Dowód osobisty"
     child<QComboBox>(&w, QStringLiteral("lstTypIdentPodatki"))->setCurrentIndex(3); // the same type here
@@ -117,7 +119,7 @@ void TestDocumentWindows::firmWindowStoresEverything()
     QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM firma")), QStringLiteral("1"));
     QCOMPARE(stored(QStringLiteral("SELECT NAZWA || '|' || KOD || '|' || firma_NIP || '|' || NAZWA_SKROCONA || '|' || "
                                    "TYPIDENTZUS || '|' || TYPIDENTPOD FROM firma")),
-             QStringLiteral("Usługi Łukasz Żak|90-001|123-45-67-890|Ł. Żak|2|3"));
+             QStringLiteral("Usługi Łukasz Żak|90-001|526-02-50-995|Ł. Żak|2|3"));
     QCOMPARE(stored(QStringLiteral("SELECT BANK_NAZWA3 || '|' || STAN_KONTA3 || '|' || BANK_NAZWA11 || '|' || "
                                    "BANK_NAZWA40 || '|' || STAN_KONTA40 FROM firma")),
              QStringLiteral("Bank trzeci|12345600|Bank jedenasty|Bank czterdziesty|400000"));
@@ -176,6 +178,69 @@ void TestDocumentWindows::badInputRefused()
     // The page holding the wrong field is the one in view.
     if (firm)
         QVERIFY(child<QTabWidget>(w.get(), QStringLiteral("zakladki"))->currentWidget()->isAncestorOf(edit));
+}
+
+void TestDocumentWindows::checkDigitsWarned_data()
+{
+    QTest::addColumn<bool>("firm"); // the firm window, else the contractors
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("warning");
+    const QString account = QStringLiteral("Numer rachunku ma błędne cyfry kontrolne - sprawdź go.");
+    QTest::newRow("contractor account") << false << "txtkonto" << "61 1090 1014 0000 0712 1981 2875" << account;
+    QTest::newRow("contractor account short") << false << "txtkonto" << "6110901014000007121981287"
+                                              << "Numer rachunku ma 25 cyfr zamiast 26.";
+    QTest::newRow("contractor NIP") << false << "txtNIP" << "783-191-63-67" << "NIP ma błędną cyfrę kontrolną - sprawdź go.";
+    QTest::newRow("firm account") << true << "txtkonto_3" << "61109010140000071219812875" << account;
+    QTest::newRow("firm account in the list") << true << "txtkonto11" << "61109010140000071219812875" << account;
+    QTest::newRow("firm NRS of another NIP")
+        << true << "txtRachunekNrs" << "31 6000 0002 0260 0111 1111 1111"
+        << "Ostatnie dziesięć cyfr rachunku składkowego to nie NIP firmy - sprawdź go (płatnik bez NIP-u ma inne "
+           "końcowe cyfry).";
+    QTest::newRow("firm NRS not of ZUS") << true << "txtRachunekNrs" << "56 1010 0071 2222 7831 9163 6600"
+                                         << "Rachunek składkowy ZUS ma po cyfrach kontrolnych cyfry 60000002026 "
+                                            "(numer ZUS i 026) - sprawdź go.";
+    QTest::newRow("firm PESEL for taxes") << true << "txtIdentyfikatorPodatki" << "44051401459"
+                                          << "PESEL ma błędną cyfrę kontrolną - sprawdź go.";
+}
+
+void TestDocumentWindows::checkDigitsWarned()
+{
+    QFETCH(bool, firm);
+    QFETCH(QString, field);
+    QFETCH(QString, value);
+    QFETCH(QString, warning);
+    const auto w = openEditing(firm);
+    fill(w.get(), {{"txtnazwa", "Ostrzeżony"}, {"txtNIP", "783-191-63-66"}});
+    if (firm)
+        child<QComboBox>(w.get(), QStringLiteral("lstTypIdentPodatki"))->setCurrentIndex(2); // "P - PESEL"
+    else
+        fill(w.get(), {{"txtbank", "PKO"}, {"txtkonto", "12"}});
+    auto *edit = child<QLineEdit>(w.get(), field);
+    if (auto *tabs = w->findChild<QTabWidget *>())
+        for (int page = 0; page < tabs->count(); ++page)
+            if (tabs->widget(page)->isAncestorOf(edit))
+                tabs->setCurrentIndex(page);
+    edit->clear();
+    QTest::keyClicks(edit, value);
+    QVERIFY(edit->property("bledneCyfry").toBool());
+    QTest::keyClick(edit, Qt::Key_Return);
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("message")).size(), 1);
+    QVERIFY2(m_dialogs->saw(warning), qPrintable(m_dialogs->calls.value(0).text));
+
+    // Saving asks once; No keeps the window editing with nothing stored, Yes stores as typed.
+    const QString count = firm ? QStringLiteral("SELECT count(*) FROM firma") : QStringLiteral("SELECT count(*) FROM kontrahenci");
+    m_dialogs->clear();
+    m_dialogs->answers = {false};
+    click(w.get(), QStringLiteral("cmdok"));
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("question")).size(), 1);
+    QVERIFY(m_dialogs->callsOf(QStringLiteral("question")).first().text.startsWith(warning));
+    QCOMPARE(stored(count), QStringLiteral("0"));
+    QVERIFY(child<QPushButton>(w.get(), QStringLiteral("cmdok"))->isEnabled());
+    click(w.get(), QStringLiteral("cmdok"));
+    QCOMPARE(stored(count), QStringLiteral("1"));
+    if (field == QLatin1String("txtRachunekNrs"))
+        QCOMPARE(stored(QStringLiteral("SELECT RACHUNEK_NRS FROM firma")), value);
 }
 
 void TestDocumentWindows::contractorsUpkeep()

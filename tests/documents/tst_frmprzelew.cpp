@@ -7,6 +7,7 @@
 #include "TestWidgets.h"
 #include "documents/Accounts.h"
 #include "documents/ContractorStore.h"
+#include "documents/FirmData.h"
 #include "documents/frmKontrahenci.h"
 #include "documents/frmprzelew.h"
 #include "exchange/Elixir.h"
@@ -69,6 +70,9 @@ private Q_SLOTS:
     void refusedSave();
     void keysAndLeaving();
     void contractorChosen();
+    void zusAndTaxAccounts_data();
+    void zusAndTaxAccounts();
+    void bankNamedFromAccount();
 
 private:
     qint32 issued(int kind);
@@ -319,6 +323,69 @@ void TestFrmPrzelew::contractorChosen()
         QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkod"))->text(), QStringLiteral("00-950"));
         QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkonto"))->text(), QStringLiteral("99 9999"));
     }
+}
+
+void TestFrmPrzelew::zusAndTaxAccounts_data()
+{
+    QTest::addColumn<QString>("nip");
+    QTest::addColumn<QString>("nrs");
+    QTest::addColumn<int>("taxType");   // lstTypIdentPodatki: 0 NIP, 2 PESEL
+    QTest::addColumn<QString>("taxId"); // IDENTPOD
+    QTest::addColumn<int>("zusAccount"); // where a new ZUS document starts
+    QTest::addColumn<QString>("micro");  // the micro-account filled in; empty: refused
+    QTest::newRow("NIP, NRS") << "783-191-63-66" << "25 6000 0002 0260 0178 3191 6366" << 0 << "" << 4
+                              << "56 1010 0071 2222 7831 9163 6600";
+    QTest::newRow("PESEL, no NRS") << "783-191-63-66" << "" << 2 << "44051401458" << 0
+                                   << "69 1010 0071 2221 4405 1401 4580";
+    QTest::newRow("NIP mistyped") << "783-191-63-67" << "" << 0 << "" << 0 << "";
+}
+
+void TestFrmPrzelew::zusAndTaxAccounts()
+{
+    QFETCH(QString, nip);
+    QFETCH(QString, nrs);
+    QFETCH(int, taxType);
+    QFETCH(QString, taxId);
+    QFETCH(int, zusAccount);
+    QFETCH(QString, micro);
+    FirmData firm = *FirmStore::read(Db());
+    firm.nip = nip;
+    firm.nrs = nrs;
+    firm.typIdentPod = taxType;
+    firm.identPod = taxId;
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+
+    frmprzelew zus(0, 5);
+    auto *list = child<QComboBox>(&zus, QStringLiteral("lstNrZus"));
+    QCOMPARE(list->count(), 5);
+    QCOMPARE(list->itemText(4), QStringLiteral("Rachunek indywidualny (NRS)"));
+    QCOMPARE(list->currentIndex(), zusAccount);
+
+    frmprzelew tax(0, 6);
+    tax.show();
+    QApplication::setActiveWindow(&tax);
+    QVERIFY(QTest::qWaitForWindowActive(&tax));
+    click(&tax, QStringLiteral("cmdMikrorachunek"));
+    const auto value = [&](const char *name) { return child<QLineEdit>(&tax, QLatin1String(name))->text(); };
+    QCOMPARE(value("txtkonto"), micro);
+    QCOMPARE(value("txtnazwa"), micro.isEmpty() ? QString() : QStringLiteral("Urząd Skarbowy"));
+    QCOMPARE(value("txtbank"), micro.isEmpty() ? QString() : QStringLiteral("Narodowy Bank Polski"));
+    QCOMPARE(m_dialogs->saw(QStringLiteral("NIP ma błędną cyfrę kontrolną")), micro.isEmpty());
+}
+
+void TestFrmPrzelew::bankNamedFromAccount()
+{
+    frmprzelew w(0, 1);
+    w.show();
+    QApplication::setActiveWindow(&w);
+    auto *konto = child<QLineEdit>(&w, QStringLiteral("txtkonto"));
+    konto->setFocus();
+    QTest::keyClicks(konto, QStringLiteral("PL61 1090 1014 0000 0712 1981 2874"));
+    QCOMPARE(child<QLabel>(&w, QStringLiteral("lblbankkonta"))->text(), QStringLiteral("Santander Bank Polska"));
+    QTest::keyClick(konto, Qt::Key_Tab);
+    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtbank"))->text(), QStringLiteral("Santander Bank Polska"));
+    QVERIFY(m_dialogs->calls.isEmpty());
+    QVERIFY(!konto->property("bledneCyfry").toBool());
 }
 
 QTEST_MAIN(TestFrmPrzelew)
