@@ -369,11 +369,6 @@ bool frmprzelew::save()
 
 void frmprzelew::issue()
 {
-    if (m_kind == DocumentKinds::PrzelewBankowy && PaymentTitles::parseSplit(m_zaDokument->text()))
-        dialogs().exclamation(QStringLiteral("To przelew w mechanizmie podzielonej płatności: banki przyjmują go "
-                                             "tylko elektronicznie (plik dla banku, bankowość internetowa), "
-                                             "nie na papierowym blankiecie."),
-                              Msg(53));
     const bool withAmount = dialogs().question(QStringLiteral("Czy drukowac kwotę?"), QStringLiteral("Druk kwoty"));
     BusyPointer busy;
     if (m_mode != EntryRules::Viewing && !save())

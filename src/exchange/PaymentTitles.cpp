@@ -73,6 +73,12 @@ std::optional<SplitPayment> parseSplit(const QString &title)
     return SplitPayment{*vat, m.captured(2), m.captured(3), m.captured(4)};
 }
 
+QString splitOnPaperWarning()
+{
+    return QStringLiteral("To przelew w mechanizmie podzielonej płatności: banki przyjmują go tylko "
+                          "elektronicznie (plik dla banku, bankowość internetowa), nie na papierowym blankiecie.");
+}
+
 QString splitProblem(const SplitPayment &p, Money amount)
 {
     if (p.vat <= Money() || p.vat.roundedToGrosze() != p.vat)

@@ -31,6 +31,8 @@ struct SplitPayment {
 QString splitTitle(const SplitPayment &p);
 // The parts of a stored title; nothing when it is not a split-payment title.
 std::optional<SplitPayment> parseSplit(const QString &title);
+// What a split payment printed on a paper slip is told.
+QString splitOnPaperWarning();
 // What is wrong with the parts, in Polish; empty when they make a valid title for a
 // payment of `amount` (the VAT part may not exceed the whole amount).
 QString splitProblem(const SplitPayment &p, Money amount);
