@@ -38,8 +38,9 @@ PaymentDocument asBankTransfer(const PaymentDocument &zusDocument, const FirmDat
 std::optional<QString> printWarning(const PaymentDocument &zusDocument, const FirmData &firm)
 {
     if (zusDocument.zus.nrRachunku != Individual)
-        return QStringLiteral("Rachunek ZUS \"%1\" zamknięto z końcem 2017 roku: składki wpłaca się teraz jednym "
-                              "przelewem na rachunek składkowy firmy (NRS).")
+        return QStringLiteral(
+                   "Rachunek ZUS \"%1\" zamknięto z końcem 2017 roku: składki wpłaca się teraz jednym "
+                   "przelewem na rachunek składkowy firmy (NRS).")
             .arg(ChoiceLists::itemAt(ChoiceLists::zusAccounts(), zusDocument.zus.nrRachunku));
     if (firm.nrs.trimmed().isEmpty())
         return QStringLiteral("Firma nie ma rachunku składkowego ZUS (NRS) - wpisz go w danych firmy "

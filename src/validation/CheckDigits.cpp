@@ -28,8 +28,7 @@ int mod97(const QString &digits)
     return r;
 }
 
-template<std::size_t N>
-int weightedSum(const QString &digits, const std::array<int, N> &weights)
+template <std::size_t N> int weightedSum(const QString &digits, const std::array<int, N> &weights)
 {
     int sum = 0;
     for (std::size_t i = 0; i < N; ++i)
@@ -38,8 +37,8 @@ int weightedSum(const QString &digits, const std::array<int, N> &weights)
 }
 
 // The common part of the identifier checks: digits only and one of the allowed lengths.
-std::optional<QString> shapeProblem(const QString &digits, const QString &name, std::initializer_list<int> lengths,
-                                    const QString &lengthText)
+std::optional<QString> shapeProblem(const QString &digits, const QString &name,
+                                    std::initializer_list<int> lengths, const QString &lengthText)
 {
     if (digits.isEmpty())
         return QStringLiteral("Brak numeru %1.").arg(name);
@@ -80,7 +79,8 @@ std::optional<QString> sortCodeProblem(const QString &digits8)
         return QStringLiteral("Numer rozliczeniowy banku musi mieć 8 cyfr.");
     const int sum = weightedSum(digits8, std::array{3, 9, 7, 1, 3, 9, 7});
     if ((10 - sum % 10) % 10 != digit(digits8, 7))
-        return QStringLiteral("Numer rozliczeniowy banku %1 ma błędną cyfrę kontrolną - sprawdź numer rachunku.")
+        return QStringLiteral(
+                   "Numer rozliczeniowy banku %1 ma błędną cyfrę kontrolną - sprawdź numer rachunku.")
             .arg(digits8);
     return std::nullopt;
 }
@@ -102,7 +102,8 @@ std::optional<QString> nrbProblem(const QString &typed)
 
 std::optional<QString> nipProblem(const QString &typed)
 {
-    const QString d = identifierDigits(typed.startsWith(QLatin1String("PL"), Qt::CaseInsensitive) ? typed.mid(2) : typed);
+    const QString d =
+        identifierDigits(typed.startsWith(QLatin1String("PL"), Qt::CaseInsensitive) ? typed.mid(2) : typed);
     if (auto p = shapeProblem(d, QStringLiteral("NIP"), {10}, QStringLiteral("10")))
         return p;
     const int check = weightedSum(d, std::array{6, 5, 7, 2, 3, 4, 5, 6, 7}) % 11;
@@ -141,8 +142,8 @@ std::optional<QString> taxMicroAccount(const QString &identifier, bool isPesel)
     const QString id = identifierDigits(identifier);
     if (isPesel ? peselProblem(id) : nipProblem(id))
         return std::nullopt;
-    const QString body = QLatin1String("10100071") + QLatin1String("222") + QLatin1Char(isPesel ? '1' : '2')
-                         + id.leftJustified(12, QLatin1Char('0'));
+    const QString body = QLatin1String("10100071") + QLatin1String("222") + QLatin1Char(isPesel ? '1' : '2') +
+                         id.leftJustified(12, QLatin1Char('0'));
     const int check = 98 - mod97(body + QLatin1String("252100"));
     return QStringLiteral("%1").arg(check, 2, 10, QLatin1Char('0')) + body;
 }

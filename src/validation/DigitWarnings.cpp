@@ -36,7 +36,8 @@ public:
         if (m_field->property(MarkProperty).toBool() == wrong)
             return;
         m_field->setProperty(MarkProperty, wrong);
-        m_field->setStyleSheet(wrong ? QStringLiteral("QLineEdit { border: 2px solid #d00000; }") : QString());
+        m_field->setStyleSheet(wrong ? QStringLiteral("QLineEdit { border: 2px solid #d00000; }")
+                                     : QString());
     }
 
 private:
@@ -61,7 +62,8 @@ private:
 
 Watcher *watcherOf(const QWidget *field)
 {
-    return field ? field->findChild<Watcher *>(QStringLiteral("digitWatcher"), Qt::FindDirectChildrenOnly) : nullptr;
+    return field ? field->findChild<Watcher *>(QStringLiteral("digitWatcher"), Qt::FindDirectChildrenOnly)
+                 : nullptr;
 }
 
 // Only what is meant as a Polish account is checked: a foreign IBAN (with letters) or a

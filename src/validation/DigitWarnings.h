@@ -19,8 +19,9 @@ using Check = std::function<std::optional<QString>(const QString &)>;
 // Watches `field` with `check` (applied only to a non-empty text).
 void watch(QLineEdit *field, Check check);
 // An account number meant as a Polish one (digits only, at least 20 of them): fails with
-// "Numer rachunku ma błędne cyfry kontrolne - sprawdź go." or a wrong length; `bankLabel`, when given, shows the bank named by the number, and
-// `bankField` is filled with it when the user leaves the account with it empty.
+// "Numer rachunku ma błędne cyfry kontrolne - sprawdź go." or a wrong length; `bankLabel`, when given, shows
+// the bank named by the number, and `bankField` is filled with it when the user leaves the account with it
+// empty.
 void watchAccount(QLineEdit *field, QLabel *bankLabel = nullptr, QLineEdit *bankField = nullptr);
 void watchNip(QLineEdit *field);
 
