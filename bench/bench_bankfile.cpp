@@ -25,14 +25,16 @@ int main()
     for (int i = 0; i < count; ++i) {
         PaymentDocument d = PaymentDocument::newDocument(i % 10 == 9 ? 6 : 1, day);
         d.id = i + 1;
-        d.kontoFirmy = i % 2 ? QStringLiteral("13102029640000123456789012") : QStringLiteral("22102029640000999988887777");
+        d.kontoFirmy = i % 2 ? QStringLiteral("13102029640000123456789012")
+                             : QStringLiteral("22102029640000999988887777");
         d.klientNazwa = QStringLiteral("Hurtownia Gęśla nr %1").arg(i);
         d.klientUlica = QStringLiteral("Kwiatowa %1").arg(i % 200 + 1);
         d.klientKod = QStringLiteral("31-000");
         d.klientMiasto = QStringLiteral("Kraków");
         d.klientKonto = QStringLiteral("57114020040000300201234567");
-        d.zaDokumentNazwa = i % 3 ? QStringLiteral("Faktura %1/11/2026").arg(i)
-                                  : QStringLiteral("/VAT/23,00/IDC/5261040828/INV/FV %1/2026/TXT/zaplata").arg(i);
+        d.zaDokumentNazwa =
+            i % 3 ? QStringLiteral("Faktura %1/11/2026").arg(i)
+                  : QStringLiteral("/VAT/23,00/IDC/5261040828/INV/FV %1/2026/TXT/zaplata").arg(i);
         d.wartosc = Money::fromGrosze(10000 + i);
         if (d.rodzaj == 6) {
             d.klientKonto = QStringLiteral("16101000712222526104082800");
@@ -58,16 +60,19 @@ int main()
             return 1;
         }
         t.restart();
-        const QByteArray bytes = format == BankFile::Format::Xml
-                                     ? BankFile::pain001(checked.payments, firm.nazwa, QDateTime(day, QTime(12, 0)))
-                                     : BankFile::elixirO(checked.payments, o.encoding);
+        const QByteArray bytes =
+            format == BankFile::Format::Xml
+                ? BankFile::pain001(checked.payments, firm.nazwa, QDateTime(day, QTime(12, 0)))
+                : BankFile::elixirO(checked.payments, o.encoding);
         const double buildMs = t.nsecsElapsed() / 1e6;
         t.restart();
-        const QString path = dir.filePath(format == BankFile::Format::Xml ? QStringLiteral("p.xml") : QStringLiteral("p.pli"));
+        const QString path =
+            dir.filePath(format == BankFile::Format::Xml ? QStringLiteral("p.xml") : QStringLiteral("p.pli"));
         if (!BankFile::writeFile(path, bytes, true))
             return 1;
         const double writeMs = t.nsecsElapsed() / 1e6;
-        std::printf("%-8s %d payments: check %.1f ms, build %.1f ms, write %.1f ms; file %.1f KiB (%.0f bytes a payment)\n",
+        std::printf("%-8s %d payments: check %.1f ms, build %.1f ms, write %.1f ms; file %.1f KiB (%.0f "
+                    "bytes a payment)\n",
                     format == BankFile::Format::Xml ? "XML" : "Elixir-O", count, checkMs, buildMs, writeMs,
                     bytes.size() / 1024.0, double(bytes.size()) / count);
     }

@@ -17,7 +17,8 @@ QLineEdit *line(QWidget *parent, const QString &name, int max)
 } // namespace
 
 SplitPaymentBox::SplitPaymentBox(QLineEdit *title, QLineEdit *recipientNip, QWidget *parent)
-    : QGroupBox(QStringLiteral("Mechanizm podzielonej płatności"), parent), m_title(title), m_nip(recipientNip)
+    : QGroupBox(QStringLiteral("Mechanizm podzielonej płatności"), parent), m_title(title),
+      m_nip(recipientNip)
 {
     setObjectName(QStringLiteral("frmMpp"));
     setCheckable(true);

@@ -1,7 +1,6 @@
 #include "BankFile.h"
 
 #include "PaymentTitles.h"
-#include "validation/CheckDigits.h"
 #include "db/Structure.h"
 #include "documents/DocumentKinds.h"
 #include "documents/DocumentStore.h"
@@ -9,6 +8,7 @@
 #include "documents/PaymentDocument.h"
 #include "documents/Transaction.h"
 #include "documents/ZusAccount.h"
+#include "validation/CheckDigits.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -208,12 +208,13 @@ Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Op
         if (!date.isValid())
             problem(QStringLiteral("brak daty wykonania"));
         else if (options.today.isValid() && date < options.today)
-            problem(QStringLiteral("data wykonania %1 już minęła").arg(date.toString(QStringLiteral("dd-MM-yyyy"))));
+            problem(QStringLiteral("data wykonania %1 już minęła")
+                        .arg(date.toString(QStringLiteral("dd-MM-yyyy"))));
 
-        p.payer = Party{joined(firm.nazwa, firm.nazwa1), firmStreet(firm),
-                        firm.kod, firm.miasto, accountDigits(doc.kontoFirmy)};
-        p.payee = Party{joined(doc.klientNazwa, doc.klientNazwa1),
-                        doc.klientUlica, doc.klientKod, doc.klientMiasto, accountDigits(doc.klientKonto)};
+        p.payer = Party{joined(firm.nazwa, firm.nazwa1), firmStreet(firm), firm.kod, firm.miasto,
+                        accountDigits(doc.kontoFirmy)};
+        p.payee = Party{joined(doc.klientNazwa, doc.klientNazwa1), doc.klientUlica, doc.klientKod,
+                        doc.klientMiasto, accountDigits(doc.klientKonto)};
 
         switch (doc.rodzaj) {
         case DocumentKinds::PrzelewBankowy:
@@ -280,8 +281,10 @@ Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Op
             QStringList lines;
             QString text;
         } fields[] = {
-            {QStringLiteral("nazwa i adres firmy"), partyLines(p.payer), p.payer.name + p.payer.street + p.payer.town},
-            {QStringLiteral("nazwa i adres odbiorcy"), partyLines(p.payee), p.payee.name + p.payee.street + p.payee.town},
+            {QStringLiteral("nazwa i adres firmy"), partyLines(p.payer),
+             p.payer.name + p.payer.street + p.payer.town},
+            {QStringLiteral("nazwa i adres odbiorcy"), partyLines(p.payee),
+             p.payee.name + p.payee.street + p.payee.town},
             {QStringLiteral("tytuł"), wrapLines(p.title), p.title},
         };
         for (const auto &f : fields) {
@@ -291,9 +294,12 @@ Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Op
                             .arg(LineCount)
                             .arg(LineWidth));
             if (!elixir && f.label == QLatin1String("tytuł") && f.text.size() > LineCount * LineWidth)
-                problem(QStringLiteral("tytuł ma %1 znaków, a mieści się %2").arg(f.text.size()).arg(LineCount * LineWidth));
+                problem(QStringLiteral("tytuł ma %1 znaków, a mieści się %2")
+                            .arg(f.text.size())
+                            .arg(LineCount * LineWidth));
             if (elixir && (f.text.contains(QLatin1Char('"')) || f.text.contains(QLatin1Char('|'))))
-                problem(QStringLiteral("%1 zawiera znak \" albo |, którego plik Elixir-O nie przenosi").arg(f.label));
+                problem(QStringLiteral("%1 zawiera znak \" albo |, którego plik Elixir-O nie przenosi")
+                            .arg(f.label));
             if (elixir) {
                 const QString missing = missingCharacters(f.text, options.encoding);
                 if (!missing.isEmpty())
@@ -307,7 +313,8 @@ Checked check(const QList<PaymentDocument> &docs, const FirmData &firm, const Op
         if (problems.isEmpty()) {
             out.payments << p;
         } else {
-            const QString head = QStringLiteral("Dokument nr %1 (%2): ").arg(doc.id).arg(DocumentKinds::name(doc.rodzaj));
+            const QString head =
+                QStringLiteral("Dokument nr %1 (%2): ").arg(doc.id).arg(DocumentKinds::name(doc.rodzaj));
             for (const QString &text : problems)
                 out.problems << head + text;
         }
@@ -507,7 +514,8 @@ Checked checkStored(const QSqlDatabase &db, const QList<qint32> &ids, const Opti
 std::pair<Format, Encoding> firmChoice(const QSqlDatabase &db)
 {
     QSqlQuery q(db);
-    if (q.exec(QStringLiteral("SELECT Format, Kodowanie FROM UstawieniaBanku ORDER BY rowid LIMIT 1")) && q.next())
+    if (q.exec(QStringLiteral("SELECT Format, Kodowanie FROM UstawieniaBanku ORDER BY rowid LIMIT 1")) &&
+        q.next())
         return {formatByName(q.value(0).toString()).value_or(Format::Elixir),
                 encodingByName(q.value(1).toString()).value_or(Encoding::Cp1250)};
     return {Format::Elixir, Encoding::Cp1250};
@@ -525,7 +533,8 @@ bool saveFirmChoice(QSqlDatabase db, Format format, Encoding encoding)
     return q.exec() && t.commit();
 }
 
-Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, const QString &path, bool overwrite)
+Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, const QString &path,
+             bool overwrite)
 {
     Outcome out;
     QString error;
@@ -534,8 +543,8 @@ Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, 
     if (!out.problems.isEmpty() || !checked.ok())
         return out;
 
-    const QDateTime created = QDateTime(options.today.isValid() ? options.today : QDate::currentDate(),
-                                        QTime::currentTime());
+    const QDateTime created =
+        QDateTime(options.today.isValid() ? options.today : QDate::currentDate(), QTime::currentTime());
     const QByteArray bytes = options.format == Format::Xml
                                  ? pain001(checked.payments, checked.payments.first().payer.name, created)
                                  : elixirO(checked.payments, options.encoding);
@@ -567,8 +576,9 @@ QList<qint32> transfersOfDay(const QSqlDatabase &db, const QDate &day, int accou
 {
     QList<qint32> ids;
     QSqlQuery q(db);
-    q.prepare(QStringLiteral("SELECT id FROM zlecanki WHERE rodzaj IN (1,5,6) AND data_dokumentu=? %1 ORDER BY id")
-                  .arg(account > 0 ? QStringLiteral("AND banknr=?") : QString()));
+    q.prepare(
+        QStringLiteral("SELECT id FROM zlecanki WHERE rodzaj IN (1,5,6) AND data_dokumentu=? %1 ORDER BY id")
+            .arg(account > 0 ? QStringLiteral("AND banknr=?") : QString()));
     q.addBindValue(day.toString(Qt::ISODate));
     if (account > 0)
         q.addBindValue(account);
@@ -590,7 +600,8 @@ bool record(QSqlDatabase &db, const QList<qint32> &ids, const QDate &date, const
             BankFile::Format format, QString *error)
 {
     QSqlQuery q(db);
-    q.prepare(QStringLiteral("INSERT INTO WyslaneDoBanku (Dokument, Data, Plik, Format) VALUES (?, ?, ?, ?)"));
+    q.prepare(
+        QStringLiteral("INSERT INTO WyslaneDoBanku (Dokument, Data, Plik, Format) VALUES (?, ?, ?, ?)"));
     for (qint32 id : ids) {
         q.addBindValue(id);
         q.addBindValue(date.toString(Qt::ISODate));

@@ -112,7 +112,8 @@ struct Outcome {
 };
 // Reads documents `ids` and the firm from `db`, checks them, writes `path` (replacing an
 // existing one only with `overwrite`) and records them as sent in one transaction.
-Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, const QString &path, bool overwrite);
+Outcome send(QSqlDatabase db, const QList<qint32> &ids, const Options &options, const QString &path,
+             bool overwrite);
 
 // Documents a file may take (bank, ZUS and tax transfers) of day `day`, of account
 // `account` (1..40) or of every account when 0, in the order they were stored.

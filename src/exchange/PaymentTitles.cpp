@@ -45,7 +45,8 @@ QString taxPeriod(const TaxBlock &pod, QString *problem)
     const int n = number.toInt(&numeric);
     const int width = type == QLatin1String("D") ? 4 : 2;
     if (!numeric || n <= 0 || number.size() > width) {
-        *problem = QStringLiteral("numer okresu podatku \"%1\" nie pasuje do typu okresu %2").arg(number, type);
+        *problem =
+            QStringLiteral("numer okresu podatku \"%1\" nie pasuje do typu okresu %2").arg(number, type);
         return {};
     }
     return year.right(2) + type + number.rightJustified(width, QLatin1Char('0'));
@@ -55,8 +56,9 @@ QString taxPeriod(const TaxBlock &pod, QString *problem)
 
 QString splitTitle(const SplitPayment &p)
 {
-    return QStringLiteral("/VAT/") + p.vat.plain(QLatin1Char(',')) + QStringLiteral("/IDC/") + p.idc.trimmed() +
-           QStringLiteral("/INV/") + p.inv.trimmed() + QStringLiteral("/TXT/") + p.txt.trimmed();
+    return QStringLiteral("/VAT/") + p.vat.plain(QLatin1Char(',')) + QStringLiteral("/IDC/") +
+           p.idc.trimmed() + QStringLiteral("/INV/") + p.inv.trimmed() + QStringLiteral("/TXT/") +
+           p.txt.trimmed();
 }
 
 std::optional<SplitPayment> parseSplit(const QString &title)
@@ -75,8 +77,9 @@ std::optional<SplitPayment> parseSplit(const QString &title)
 
 QString splitOnPaperWarning()
 {
-    return QStringLiteral("To przelew w mechanizmie podzielonej płatności: banki przyjmują go tylko "
-                          "elektronicznie (plik dla banku, bankowość internetowa), nie na papierowym blankiecie.");
+    return QStringLiteral(
+        "To przelew w mechanizmie podzielonej płatności: banki przyjmują go tylko "
+        "elektronicznie (plik dla banku, bankowość internetowa), nie na papierowym blankiecie.");
 }
 
 QString splitProblem(const SplitPayment &p, Money amount)
@@ -96,7 +99,8 @@ QString splitProblem(const SplitPayment &p, Money amount)
     for (const QString &part : {p.idc, p.inv, p.txt})
         if (part.contains(QLatin1String("/VAT/")) || part.contains(QLatin1String("/IDC/")) ||
             part.contains(QLatin1String("/INV/")) || part.contains(QLatin1String("/TXT/")))
-            return QStringLiteral("pola podzielonej płatności nie mogą zawierać znaczników /VAT/, /IDC/, /INV/, /TXT/");
+            return QStringLiteral(
+                "pola podzielonej płatności nie mogą zawierać znaczników /VAT/, /IDC/, /INV/, /TXT/");
     if (p.idc.contains(QLatin1Char('/')))
         return QStringLiteral("NIP (IDC) nie może zawierać znaku \"/\"");
     return {};
@@ -119,8 +123,9 @@ QString taxTitle(const PaymentDocument &doc, const FirmData &firm)
 {
     const auto [type, id] = taxIdentifier(firm);
     QString problem;
-    QString title = QStringLiteral("/TI/") + type + id + QStringLiteral("/OKR/") + taxPeriod(doc.pod, &problem) +
-                    QStringLiteral("/SFP/") + doc.pod.symbol.trimmed().toUpper();
+    QString title = QStringLiteral("/TI/") + type + id + QStringLiteral("/OKR/") +
+                    taxPeriod(doc.pod, &problem) + QStringLiteral("/SFP/") +
+                    doc.pod.symbol.trimmed().toUpper();
     if (!doc.pod.identyfikacja.trimmed().isEmpty())
         title += QStringLiteral("/TXT/") + doc.pod.identyfikacja.trimmed();
     return title;

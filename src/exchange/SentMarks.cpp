@@ -31,9 +31,8 @@ QVariant SentMarks::data(const QModelIndex &index, int role) const
             if (role == Qt::DecorationRole)
                 return QApplication::style()->standardIcon(QStyle::SP_DialogApplyButton);
             return QStringLiteral("Wysłany do banku %1, plik %2 (%3)")
-                .arg(DateText::format(it->date), it->fileName, it->format == QLatin1String("xml")
-                                                                   ? QStringLiteral("XML")
-                                                                   : QStringLiteral("Elixir-O"));
+                .arg(DateText::format(it->date), it->fileName,
+                     it->format == QLatin1String("xml") ? QStringLiteral("XML") : QStringLiteral("Elixir-O"));
         }
     }
     return QIdentityProxyModel::data(index, role);

@@ -43,7 +43,8 @@ frmDoBanku::frmDoBanku(const QList<qint32> &ids, QWidget *parent) : QDialog(pare
     m_format->addItem(QStringLiteral("ISO 20022 XML (pain.001.001.03)"), int(BankFile::Format::Xml));
     m_encoding = new QComboBox(this);
     m_encoding->setObjectName(QStringLiteral("lstkodowanie"));
-    for (BankFile::Encoding e : {BankFile::Encoding::Cp1250, BankFile::Encoding::Iso8859_2, BankFile::Encoding::Cp852})
+    for (BankFile::Encoding e :
+         {BankFile::Encoding::Cp1250, BankFile::Encoding::Iso8859_2, BankFile::Encoding::Cp852})
         m_encoding->addItem(BankFile::encodingCaption(e), int(e));
     m_date = WindowFields::field(this, QStringLiteral("txtdatawykonania"), QStringLiteral("ZLECANKI"),
                                  QStringLiteral("DATA_DOKUMENTU"), 2, QStringLiteral("data"));
@@ -115,8 +116,9 @@ void frmDoBanku::formatChosen()
     const auto format = BankFile::Format(m_format->currentData().toInt());
     // XML is always UTF-8; the code page is Elixir-O's alone.
     m_encoding->setEnabled(format == BankFile::Format::Elixir);
-    const QString name = QStringLiteral("przelewy-%1.%2")
-                             .arg(ChoiceLists::workingDate().toString(QStringLiteral("yyyyMMdd")), suffixOf(format));
+    const QString name =
+        QStringLiteral("przelewy-%1.%2")
+            .arg(ChoiceLists::workingDate().toString(QStringLiteral("yyyyMMdd")), suffixOf(format));
     const QString current = m_file->text();
     if (current.isEmpty())
         m_file->setText(Elixir::firmFolder(firmFile()) + name);
@@ -169,13 +171,15 @@ bool frmDoBanku::save()
         QStringList numbers;
         for (qint32 id : before)
             numbers << QString::number(id);
-        if (!dialogs().question(QStringLiteral("Dokumenty nr %1 zostały już wysłane do banku. Wysłać je ponownie?")
-                                    .arg(numbers.join(QStringLiteral(", "))),
-                                Msg(53)))
+        if (!dialogs().question(
+                QStringLiteral("Dokumenty nr %1 zostały już wysłane do banku. Wysłać je ponownie?")
+                    .arg(numbers.join(QStringLiteral(", "))),
+                Msg(53)))
             return false;
     }
     const bool exists = QFileInfo::exists(path);
-    if (exists && !dialogs().question(QStringLiteral("Plik %1 już istnieje. Zastąpić go?").arg(path), Msg(53)))
+    if (exists &&
+        !dialogs().question(QStringLiteral("Plik %1 już istnieje. Zastąpić go?").arg(path), Msg(53)))
         return false;
 
     const BankFile::Outcome out = BankFile::send(Db(), m_ids, o, path, exists);
