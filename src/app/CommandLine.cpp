@@ -11,9 +11,13 @@
 #include "validation/Sprawdz.h"
 #include "words/Slownie.h"
 #include "db/FirmDatabase.h"
+#include "documents/ChoiceLists.h"
+#include "exchange/BankFile.h"
+#include "documents/Firm.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMap>
 
 #include <cstdio>
 #include <functional>
@@ -132,9 +136,142 @@ int microAccount(const QStringList &args)
     return 0;
 }
 
+// --- bank: the chosen transfers to an Elixir-O or XML file for the bank -----------------
+
+const QString BankUsage = QStringLiteral(
+    "Użycie: zlecanki bank --firma FIRMA (--id N[,N...] | --dzien DD-MM-RRRR [--konto N]) --format elixir|xml\n"
+    "       --plik PLIK [--kodowanie cp1250|iso-8859-2|cp852] [--data-wykonania DD-MM-RRRR]");
+
+int bankFile(const QStringList &args)
+{
+    QMap<QString, QString> opt;
+    static const QStringList known = {QStringLiteral("--firma"),     QStringLiteral("--id"),
+                                      QStringLiteral("--dzien"),     QStringLiteral("--konto"),
+                                      QStringLiteral("--format"),    QStringLiteral("--plik"),
+                                      QStringLiteral("--kodowanie"), QStringLiteral("--data-wykonania")};
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        QString name = args.at(i);
+        QString value;
+        if (name.contains(QLatin1Char('='))) {
+            value = name.section(QLatin1Char('='), 1);
+            name = name.section(QLatin1Char('='), 0, 0);
+        } else if (i + 1 < args.size()) {
+            value = args.at(++i);
+        } else {
+            err(QStringLiteral("Brak wartości opcji %1.").arg(name));
+            err(BankUsage);
+            return 2;
+        }
+        if (!known.contains(name)) {
+            err(QStringLiteral("Nieznana opcja: %1").arg(name));
+            err(BankUsage);
+            return 2;
+        }
+        opt.insert(name, value);
+    }
+    auto usageError = [](const QString &text) {
+        err(text);
+        err(BankUsage);
+        return 2;
+    };
+    if (opt.value(QStringLiteral("--firma")).isEmpty() || opt.value(QStringLiteral("--plik")).isEmpty())
+        return usageError(QStringLiteral("Podaj firmę (--firma) i plik (--plik)."));
+    if (opt.contains(QStringLiteral("--id")) == opt.contains(QStringLiteral("--dzien")))
+        return usageError(QStringLiteral("Podaj jedno: numery dokumentów (--id) albo dzień (--dzien)."));
+    const auto format = BankFile::formatByName(opt.value(QStringLiteral("--format")));
+    if (!format)
+        return usageError(QStringLiteral("Format (--format) to elixir albo xml."));
+    BankFile::Options o;
+    o.format = *format;
+    QList<qint32> ids;
+    for (const QString &part : opt.value(QStringLiteral("--id")).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        bool ok = false;
+        const int id = part.trimmed().toInt(&ok);
+        if (!ok || id <= 0)
+            return usageError(QStringLiteral("Nieprawidłowy numer dokumentu: \"%1\"").arg(part));
+        ids << id;
+    }
+    std::optional<QDate> day;
+    if (opt.contains(QStringLiteral("--dzien")) && !(day = DateText::parse(opt.value(QStringLiteral("--dzien")))))
+        return usageError(QStringLiteral("Nieprawidłowa data w --dzien (oczekiwano dd-mm-rrrr)."));
+    int account = 0;
+    if (opt.contains(QStringLiteral("--konto"))) {
+        bool ok = false;
+        account = opt.value(QStringLiteral("--konto")).toInt(&ok);
+        if (!ok || account < 1 || account > 40)
+            return usageError(QStringLiteral("Numer konta firmy (--konto) to liczba od 1 do 40."));
+    }
+    if (opt.contains(QStringLiteral("--data-wykonania"))) {
+        o.executionDate = DateText::parse(opt.value(QStringLiteral("--data-wykonania")));
+        if (!o.executionDate)
+            return usageError(QStringLiteral("Nieprawidłowa data w --data-wykonania (oczekiwano dd-mm-rrrr)."));
+    }
+    const QString path = QFileInfo(opt.value(QStringLiteral("--plik"))).absoluteFilePath();
+    if (QFileInfo::exists(path)) {
+        err(QStringLiteral("Plik %1 już istnieje; podaj inną nazwę albo usuń go.").arg(QDir::toNativeSeparators(path)));
+        return 1;
+    }
+
+    const QString given = opt.value(QStringLiteral("--firma"));
+    const QString firm = QFileInfo::exists(given) ? QFileInfo(given).absoluteFilePath() : resolveFirmPath(given);
+    if (!QFileInfo::exists(firm)) {
+        err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(given)));
+        return 1;
+    }
+    if (!OpenDb(firm))
+        return 1;
+    o.encoding = BankFile::firmChoice(Db()).second;
+    if (opt.contains(QStringLiteral("--kodowanie"))) {
+        const auto encoding = BankFile::encodingByName(opt.value(QStringLiteral("--kodowanie")));
+        if (!encoding) {
+            CloseDb();
+            return usageError(QStringLiteral("Kodowanie (--kodowanie) to cp1250, iso-8859-2 albo cp852."));
+        }
+        o.encoding = *encoding;
+    }
+    o.today = ChoiceLists::workingDate();
+    if (day) {
+        QString error;
+        ids = BankFile::transfersOfDay(Db(), *day, account, &error);
+        if (!error.isEmpty()) {
+            err(error);
+            CloseDb();
+            return 1;
+        }
+    }
+    const QList<qint32> before = SentStore::sentAmong(Db(), ids);
+    const BankFile::Outcome outcome = BankFile::send(Db(), ids, o, path, false);
+    CloseDb();
+    if (!outcome.written) {
+        for (const QString &problem : outcome.problems)
+            err(problem);
+        err(QStringLiteral("Nie zapisano pliku."));
+        return 1;
+    }
+    if (!before.isEmpty()) {
+        QStringList numbers;
+        for (qint32 id : before)
+            numbers << QString::number(id);
+        err(QStringLiteral("Uwaga: dokumenty nr %1 były już wysłane do banku.").arg(numbers.join(QStringLiteral(", "))));
+    }
+    out(QStringLiteral("%1: przelewów %2 na kwotę %3 zł")
+            .arg(QDir::toNativeSeparators(path))
+            .arg(outcome.count)
+            .arg(Kwota(outcome.total)));
+    return 0;
+}
+
+// --- end of bank --------------------------------------------------------------------------
+
 const QList<Command> &builtInCommands()
 {
     static const QList<Command> list = {
+        {QStringLiteral("bank"), QStringLiteral("bank OPCJE"),
+         QStringLiteral("zapisuje przelewy do pliku dla banku (Elixir-O albo XML ISO 20022):\n"
+                        "                         --firma FIRMA (--id N[,N...] | --dzien DD-MM-RRRR [--konto N])\n"
+                        "                         --format elixir|xml --plik PLIK [--kodowanie cp1250|iso-8859-2|cp852]\n"
+                        "                         [--data-wykonania DD-MM-RRRR]"),
+         bankFile},
         {QStringLiteral("nowa-firma"), QStringLiteral("nowa-firma PLIK"),
          QStringLiteral("tworzy nową bazę danych firmy (z rozszerzeniem .zlc, gdy PLIK go nie ma)\n"
                         "                         i wypisuje jej pełną ścieżkę"),

@@ -88,6 +88,20 @@ QList<Column> marginColumns()
             typed(QStringLiteral("MargPrawy"), ColumnType::Integer, 0)};
 }
 
+// What went to the bank in a file: one row per document and sending.
+QList<Column> sentColumns()
+{
+    return {counter(QStringLiteral("ID")), typed(QStringLiteral("Dokument"), ColumnType::Long),
+            typed(QStringLiteral("Data"), ColumnType::Date), text(QStringLiteral("Plik"), 255, Empty),
+            text(QStringLiteral("Format"), 10, Empty)};
+}
+
+// The bank file format and code page the firm last chose.
+QList<Column> bankChoiceColumns()
+{
+    return {text(QStringLiteral("Format"), 10, Empty), text(QStringLiteral("Kodowanie"), 12, Empty)};
+}
+
 Index plainIndex(const QString &column)
 {
     return Index{column, {column}, false};
@@ -173,6 +187,8 @@ QList<Table> makeFullTables()
                        << typed(QStringLiteral("Eliksir"), ColumnType::Integer)
                        << typed(QStringLiteral("KodQR"), ColumnType::Boolean);
     tables << ustawienia << Table{QStringLiteral("Ustawienia2"), marginColumns(), {}};
+    tables << Table{QStringLiteral("WyslaneDoBanku"), sentColumns(), {plainIndex(QStringLiteral("Dokument"))}}
+           << Table{QStringLiteral("UstawieniaBanku"), bankChoiceColumns(), {}};
     return tables;
 }
 
@@ -325,6 +341,15 @@ QList<Step> upgradeSteps()
          [](const QSqlDatabase &db) {
              return anyRow(db, QStringLiteral("SELECT 1 FROM Cykliczne WHERE LASTWYSTAWM IS NULL OR LASTWYSTAWM='' LIMIT 1"));
          }},
+        {QStringLiteral("WyslaneDoBanku"), QStringLiteral("Dokument"),
+         [](QSqlDatabase &db) {
+             createTable(db, QStringLiteral("WyslaneDoBanku"), sentColumns());
+             run(db, QStringLiteral("CREATE INDEX ") + quoted(indexName(QStringLiteral("WyslaneDoBanku"),
+                                                                          QStringLiteral("Dokument"))) +
+                         QStringLiteral(" ON WyslaneDoBanku (Dokument)"));
+         }},
+        {QStringLiteral("UstawieniaBanku"), QStringLiteral("Kodowanie"),
+         [](QSqlDatabase &db) { createTable(db, QStringLiteral("UstawieniaBanku"), bankChoiceColumns()); }},
         {QStringLiteral("FIRMA"), QStringLiteral("RACHUNEK_NRS"),
          [](QSqlDatabase &db) { addColumns(db, QStringLiteral("FIRMA"), firmContributionColumns()); }},
         // "Kod QR na przelewach": the banks' payment QR code on transfer slips, on to begin with.

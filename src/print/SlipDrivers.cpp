@@ -11,6 +11,7 @@
 #include "Slip.h"
 #include "documents/DocumentStore.h"
 #include "documents/ZusAccount.h"
+#include "documents/PaymentTitles.h"
 
 namespace {
 
@@ -79,6 +80,9 @@ void printDocumentSlip(PrintEngine &engine, const SlipRecords &r)
     const AppState &s = appState();
     switch (r.doc.rodzaj) {
     case DocumentKinds::PrzelewBankowy:
+        // Printed all the same: the slip is still the firm's record of the payment.
+        if (PaymentTitles::parseSplit(r.doc.zaDokumentNazwa))
+            dialogs().exclamation(PaymentTitles::splitOnPaperWarning(), Msg(53));
         if (s.nowe != 0)
             DrukUproszczony(engine, r);
         else

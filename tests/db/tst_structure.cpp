@@ -97,7 +97,7 @@ void TestStructure::tablesOfNewDatabase()
     QSqlDatabase db = openNew(false);
     QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|17;KONTRAHENCI|10;ZLECANKI|18"));
     UpgradeStructure(db);
-    QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;OdwolaniaSerwera|2;Ustawienia|8;Ustawienia2|2;ZLECANKI|30")
+    QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;OdwolaniaSerwera|2;Ustawienia|8;Ustawienia2|2;UstawieniaBanku|2;WyslaneDoBanku|5;ZLECANKI|30")
                             .arg(17 + 7 * 3 + 6 + 30 * 3 + 1)); // the last: the firm's NRS
 }
 
@@ -138,13 +138,13 @@ void TestStructure::indexesAndCounters()
                                      "WHERE m.type='index' AND il.name=m.name AND m.sql IS NOT NULL "
                                      "GROUP BY m.name ORDER BY m.name")),
              QStringLiteral("CYKLICZNE_DZIEN_ALARMU|0|DZIEN_ALARMU;CYKLICZNE_DZIEN_PLATNOSCI|0|DZIEN_PLATNOSCI;"
-                            "CYKLICZNE_LASTWYSTAWM|0|LASTWYSTAWM;CYKLICZNE_PrimaryKey|1|NAZWA;KONTRAHENCI_WYBRANY|0|WYBRANY;"
+                            "CYKLICZNE_LASTWYSTAWM|0|LASTWYSTAWM;CYKLICZNE_PrimaryKey|1|NAZWA;KONTRAHENCI_WYBRANY|0|WYBRANY;WYSLANEDOBANKU_Dokument|0|Dokument;"
                             "ZLECANKI_BANK_FIRMY|0|BANK_FIRMY;ZLECANKI_DATA_DOKUMENTU|0|DATA_DOKUMENTU;"
                             "ZLECANKI_DATA_SESJI|0|DATA_SESJI;ZLECANKI_KLIENT_ID|0|KLIENT_ID;ZLECANKI_RODZAJ|0|RODZAJ"));
     // Documents, contractors and scheduled payments are keyed by a counter that never reuses a number.
     QCOMPARE(queryRows(db, QStringLiteral("SELECT m.name, p.name FROM sqlite_master m, pragma_table_info(m.name) p "
                                      "WHERE p.pk ORDER BY m.name")),
-             QStringLiteral("CYKLICZNE|ID;KONTRAHENCI|ID;OdwolaniaSerwera|Odwolanie;ZLECANKI|ID"));
+             QStringLiteral("CYKLICZNE|ID;KONTRAHENCI|ID;OdwolaniaSerwera|Odwolanie;WyslaneDoBanku|ID;ZLECANKI|ID"));
     for (const char *sql : {"INSERT INTO zlecanki (RODZAJ) VALUES (1)", "INSERT INTO zlecanki (RODZAJ) VALUES (1)",
                             "DELETE FROM zlecanki WHERE ID=2", "INSERT INTO zlecanki (RODZAJ) VALUES (1)"})
         QVERIFY2(exec(db, QLatin1String(sql)), sql);

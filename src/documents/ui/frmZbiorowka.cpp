@@ -11,6 +11,8 @@
 #include "Messages.h"
 #include "base/ui/WindowUtil.h"
 #include "WindowFields.h"
+#include "exchange/BankFile.h"
+#include "frmDoBanku.h"
 #include "print/CollectiveStatement.h"
 #include "print/PrintEngine.h"
 #include "validation/ui/FieldCheck.h"
@@ -84,6 +86,9 @@ frmZbiorowka::frmZbiorowka(QWidget *parent) : QWidget(parent)
     for (QPushButton *b : {wystaw, pomoc, koniec})
         buttons->addWidget(b);
     layout->addLayout(buttons, 8, 0, 1, 2);
+    auto *doBanku = button("cmdDoBanku", QStringLiteral("Do &banku..."));
+    buttons->insertWidget(2, doBanku);
+    connect(doBanku, &QPushButton::clicked, this, &frmZbiorowka::sendToBank);
 
     connect(nowa, &QPushButton::clicked, this, &frmZbiorowka::addLine);
     connect(zmien, &QPushButton::clicked, this, &frmZbiorowka::changeLine);
@@ -221,4 +226,22 @@ CollectiveStatement frmZbiorowka::statement() const
     for (int i = 0; i < m_kwoty->count(); ++i)
         s.amounts << Money::parse(m_kwoty->item(i)->text()).value_or(Money());
     return s;
+}
+
+void frmZbiorowka::sendToBank()
+{
+    // The stored transfers of the day go, not the amended working list.
+    const auto day = DateText::parse(m_data->text());
+    const int account = m_bank->currentData().toInt();
+    if (!day || account <= 0 || !isFirmOpen()) {
+        dialogs().beep();
+        return;
+    }
+    QString error;
+    const QList<qint32> ids = BankFile::transfersOfDay(Db(), *day, account, &error);
+    if (!error.isEmpty()) {
+        ErrorReport(error);
+        return;
+    }
+    openBankFileWindow(ids, this);
 }

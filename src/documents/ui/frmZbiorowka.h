@@ -30,6 +30,8 @@ private:
     void accountChosen();
     // Checks the date and, when it names another day, fills the list anew; false when wrong.
     bool dateLeft();
+    // cmdDoBanku: the day's transfers of the account to a file for the bank.
+    void sendToBank();
     std::optional<Money> askAmount(const QString &prompt, const QString &value);
     void updateTotal();
     struct CollectiveStatement statement() const;

@@ -15,6 +15,8 @@
 #include "frmKontrahenci.h"
 #include "frmprzelew.h"
 #include "base/ui/WindowHost.h"
+#include "SentMarks.h"
+#include "frmDoBanku.h"
 #include "print/PrintEngine.h"
 #include "validation/ui/FieldCheck.h"
 
@@ -116,6 +118,9 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     m_lstwynik->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_lstwynik->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_lstwynik->setModel(m_model);
+    // Documents already sent to the bank carry a tick.
+    m_sentMarks = new SentMarks(m_model, Browse::Model::IdRole, this);
+    m_lstwynik->setModel(m_sentMarks);
     // Every column as wide as its text: nothing is cut, the list scrolls sideways instead.
     m_lstwynik->header()->setStretchLastSection(false);
     m_lstwynik->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
@@ -197,6 +202,9 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     connect(drukuj, &QPushButton::clicked, this, &frmprzegladanie::print);
     connect(drukgrupe, &QPushButton::clicked, this, &frmprzegladanie::printGroup);
     connect(pomoc, &QPushButton::clicked, this, [] { Help::show(QStringLiteral("Przegladanieikorektadokumentow")); });
+    auto *doBanku = button(this, QStringLiteral("cmdDoBanku"), QStringLiteral("Do &banku..."));
+    buttons->insertWidget(5, doBanku);
+    connect(doBanku, &QPushButton::clicked, this, &frmprzegladanie::sendToBank);
     connect(koniec, &QPushButton::clicked, this, [this] { closeWindow(this); });
 
     refresh();
@@ -334,4 +342,18 @@ void frmprzegladanie::printGroup()
         const auto route = EntryRules::printRoute(EntryRules::Viewing, m_model->kindAt(row));
         Drukuj(route.procedure, m_model->idAt(row), route.orientation, false, QStringLiteral("Cmd"));
     }
+}
+
+void frmprzegladanie::sendToBank()
+{
+    QList<int> rows;
+    for (const QModelIndex &index : m_lstwynik->selectionModel()->selectedIndexes())
+        if (index.column() == 0)
+            rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    QList<qint32> ids;
+    for (int row : rows)
+        ids << m_model->idAt(row);
+    if (auto *w = openBankFileWindow(ids, this))
+        connect(w, &frmDoBanku::sent, this, &frmprzegladanie::refresh);
 }

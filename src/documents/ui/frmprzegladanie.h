@@ -10,6 +10,7 @@ class QLabel;
 class QLineEdit;
 class QTreeView;
 class QRadioButton;
+class SentMarks;
 
 // "Przeglądanie dokumentów": the stored payment documents under a filter of period, kind,
 // contractor and firm account, and from the list viewing, correcting, deleting and
@@ -37,6 +38,8 @@ private:
     void remove();
     void print();
     void printGroup();
+    // cmdDoBanku: the selected documents to a file for the bank.
+    void sendToBank();
     // The row of the current line, or -1 (after a beep) when no line is selected.
     int selectedRow();
 
@@ -51,4 +54,5 @@ private:
     QLabel *m_lblbankkonto = nullptr;
     QTreeView *m_lstwynik = nullptr;
     Browse::Model *m_model = nullptr;
+    SentMarks *m_sentMarks = nullptr;
 };

@@ -17,6 +17,7 @@
 #include "print/PrintEngine.h"
 #include "validation/ui/FieldCheck.h"
 #include "documents/FirmData.h"
+#include "SplitPaymentBox.h"
 #include "documents/TaxAccount.h"
 #include "documents/ZusAccount.h"
 #include "validation/BankNames.h"
@@ -125,6 +126,9 @@ frmprzelew::frmprzelew(qint16 mode, qint16 kind, qint32 id, QWidget *parent)
     layout->addWidget(accountFrame);
     layout->addWidget(recipientPart());
     layout->addLayout(m_documentForm);
+    m_mpp = new SplitPaymentBox(m_zaDokument, m_recipient->nip, this);
+    m_mpp->setVisible(kind == DocumentKinds::PrzelewBankowy);
+    layout->addWidget(m_mpp);
     layout->addWidget(zusBlock());
     layout->addWidget(taxBlock());
     layout->addStretch();
@@ -301,6 +305,7 @@ void frmprzelew::showDocument(const PaymentDocument &doc)
 
     m_recipient->show(recipientOf(doc));
     m_zaDokument->setText(doc.zaDokumentNazwa);
+    m_mpp->showTitle(doc.zaDokumentNazwa);
     m_data->setText(DateText::format(doc.dataDokumentu));
     // A new document's amount starts empty, so that forgetting it is caught as a missing field.
     const bool amountGiven = stored || !doc.wartosc.isZero();
@@ -374,6 +379,11 @@ bool frmprzelew::save()
         return false;
     if (SlipAids::refuseTitle(m_zaDokument, m_kind))
         return false;
+    if (const QString split = m_mpp->problem(amountIn(m_wartosc)); !split.isEmpty()) {
+        m_mpp->firstField()->setFocus(Qt::OtherFocusReason);
+        dialogs().exclamation(split, Msg(51));
+        return false;
+    }
 
     PaymentDocument doc = gather();
     if (doc.wartosc <= Money()) {
@@ -473,6 +483,7 @@ void frmprzelew::setViewing()
     for (QComboBox *c : {m_lstbank, m_nrZus, m_typWpl, m_rok, m_miesiac, m_okresRok, m_typOkresu})
         c->setEnabled(false);
     m_szukaj->setEnabled(false);
+    m_mpp->setViewing();
     m_mikrorachunek->setEnabled(false);
 }
 

@@ -14,6 +14,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class SplitPaymentBox;
 struct Contractor;
 
 // "Dokument": issuing a payment document of one kind (mode 0), correcting a stored one
@@ -103,7 +104,9 @@ private:
     QLineEdit *m_identyfikacja = nullptr;
     QLineEdit *m_wartoscPod = nullptr;
 
+    SplitPaymentBox *m_mpp = nullptr;
     QPushButton *m_mikrorachunek = nullptr;
+
     QPushButton *m_wystaw = nullptr;
     QPushButton *m_szukaj = nullptr;
     QList<QLineEdit *> m_texts;

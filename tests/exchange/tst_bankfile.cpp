@@ -1,0 +1,457 @@
+#include "documents/Firm.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "TestFirm.h"
+#include "documents/ChoiceLists.h"
+#include "documents/DocumentStore.h"
+#include "exchange/BankFile.h"
+#include "documents/PaymentTitles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QStringDecoder>
+#include <QTest>
+#include <QXmlStreamReader>
+
+#include <memory>
+
+namespace {
+
+// Valid account numbers (check digits and sort code check digit).
+const QString FirmAccount = QStringLiteral("13 1020 2964 0000 1234 5678 9012");
+const QString OtherFirmAccount = QStringLiteral("22102029640000999988887777");
+const QString PayeeAccount = QStringLiteral("PL57 1140 2004 0000 3002 0123 4567");
+const QString TaxAccount = QStringLiteral("16101000712222526104082800");
+const QString NrsAccount = QStringLiteral("44600000020260015261040828");
+
+// One Elixir-O line split into its fields: quoted ones lose their quotes, and a field
+// that was quoted is marked with a leading '"' kept in `quoted`.
+struct ElixirLine {
+    QStringList fields;
+    QList<bool> quoted;
+};
+
+ElixirLine readElixirLine(const QString &line)
+{
+    ElixirLine out;
+    QString field;
+    bool inQuotes = false, wasQuoted = false;
+    for (QChar c : line) {
+        if (c == QLatin1Char('"')) {
+            inQuotes = !inQuotes;
+            wasQuoted = true;
+        } else if (c == QLatin1Char(',') && !inQuotes) {
+            out.fields << field;
+            out.quoted << wasQuoted;
+            field.clear();
+            wasQuoted = false;
+        } else {
+            field += c;
+        }
+    }
+    out.fields << field;
+    out.quoted << wasQuoted;
+    return out;
+}
+
+int zusIndividualAccount()
+{
+    return int(ChoiceLists::zusAccounts().indexOf(QStringLiteral("Rachunek indywidualny (NRS)")));
+}
+
+const QString ZusName = QStringLiteral("Zakład Ubezpieczeń Społecznych");
+
+} // namespace
+
+class TestBankFile : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup() { CloseDb(); }
+    void titles_data();
+    void titles();
+    void elixirLines_data();
+    void elixirLines();
+    void xmlAgainstSchema();
+    void refusedBatchWritesNothing_data();
+    void refusedBatchWritesNothing();
+    void existingFileAndWrapping();
+    void commandLine_data();
+    void commandLine();
+
+private:
+    PaymentDocument stored(int kind, const std::function<void(PaymentDocument &)> &change = {});
+    QString m_path;
+    std::unique_ptr<TestEnv> m_env;
+    int m_firm = 0;
+};
+
+void TestBankFile::initTestCase()
+{
+    m_env = std::make_unique<TestEnv>();
+}
+
+void TestBankFile::init()
+{
+    FirmData firm = sampleFirm();
+    firm.accounts[0] = BankAccount{QStringLiteral("PKO BP"), FirmAccount, Money()};
+    firm.accounts[1] = BankAccount{QStringLiteral("PKO BP 2"), OtherFirmAccount, Money()};
+    firm.nrs = NrsAccount;
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_firm)), firm));
+    m_path = m_env->newPath(QStringLiteral("wyjscie%1").arg(m_firm));
+}
+
+PaymentDocument TestBankFile::stored(int kind, const std::function<void(PaymentDocument &)> &change)
+{
+    PaymentDocument d = sampleDocument(kind, QDate(2026, 11, 23));
+    d.kontoFirmy = FirmAccount;
+    d.klientKonto = PayeeAccount;
+    if (change)
+        change(d);
+    QString error;
+    if (!DocumentStore::insert(Db(), d, &error))
+        qWarning("%s", qPrintable(error));
+    return d;
+}
+
+void TestBankFile::titles_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("vat");
+    QTest::addColumn<QString>("inv");
+    QTest::addColumn<QString>("txt");
+    QTest::newRow("slash in invoice") << "/VAT/23,00/IDC/5261040828/INV/FV 12/2026/TXT/zaplata" << "23" << "FV 12/2026"
+                                      << "zaplata";
+    QTest::newRow("empty text") << "/VAT/1234567,89/IDC/5261040828/INV/8992630753-20240105-2C53E1BFBC51-E9/TXT/"
+                                << "1234567,89" << "8992630753-20240105-2C53E1BFBC51-E9" << "";
+    QTest::newRow("no text tag") << "/VAT/0,01/IDC/5261040828/INV/1" << "0,01" << "1" << "";
+    QTest::newRow("ordinary title") << "Faktura 12/2026" << "" << "" << "";
+    QTest::newRow("no decimals") << "/VAT/23/IDC/5261040828/INV/1/TXT/x" << "" << "" << "";
+}
+
+void TestBankFile::titles()
+{
+    QFETCH(QString, title);
+    QFETCH(QString, vat);
+    QFETCH(QString, inv);
+    QFETCH(QString, txt);
+    const auto split = PaymentTitles::parseSplit(title);
+    QCOMPARE(split.has_value(), !vat.isEmpty());
+    if (!split)
+        return;
+    QCOMPARE(split->vat, *Money::parse(vat));
+    QCOMPARE(split->idc, QStringLiteral("5261040828"));
+    QCOMPARE(split->inv, inv);
+    QCOMPARE(split->txt, txt);
+    QCOMPARE(PaymentTitles::parseSplit(PaymentTitles::splitTitle(*split))->inv, inv);
+}
+
+void TestBankFile::elixirLines_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("encoding");
+    QTest::addColumn<QString>("expectedTitle");
+    QTest::addColumn<QString>("classification");
+    QTest::addColumn<QByteArray>("payeeBytes"); // "Hurtownia Gęśla" as the code page writes it
+    QTest::newRow("transfer cp1250") << 1 << "Faktura 12/2026" << "cp1250" << "Faktura 12/2026" << "51"
+                                     << QByteArray("Hurtownia G\xEA\x9C" "la");
+    QTest::newRow("transfer iso") << 1 << "Faktura 12/2026" << "iso-8859-2" << "Faktura 12/2026" << "51"
+                                  << QByteArray("Hurtownia G\xEA\xB6" "la");
+    QTest::newRow("transfer cp852") << 1 << "Faktura 12/2026" << "cp852" << "Faktura 12/2026" << "51"
+                                    << QByteArray("Hurtownia G\xA9\x98" "la");
+    QTest::newRow("split payment") << 1 << "/VAT/230,84/IDC/5261040828/INV/FV 12/2026/TXT/zaplata" << "cp1250"
+                                   << "/VAT/230,84/IDC/5261040828/INV/FV |12/2026/TXT/zaplata" << "53"
+                                   << QByteArray("Hurtownia G\xEA\x9C" "la");
+    QTest::newRow("tax") << 6 << "" << "cp852" << "/TI/N5261040828/OKR/26M10/SFP/VAT-7" << "71"
+                         << QByteArray("Hurtownia G\xA9\x98" "la");
+    QTest::newRow("zus on nrs") << 5 << "" << "iso-8859-2" << "Składki ZUS 10/2026, dekl. 01, typ |S" << "51"
+                                << QByteArray("Zak\xB3" "ad Ubezpiecze\xF1 Spo\xB3" "ecznych");
+}
+
+void TestBankFile::elixirLines()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, title);
+    QFETCH(QString, encoding);
+    QFETCH(QString, expectedTitle);
+    QFETCH(QString, classification);
+    QFETCH(QByteArray, payeeBytes);
+    const PaymentDocument doc = stored(kind, [&](PaymentDocument &d) {
+        d.zaDokumentNazwa = title;
+        d.zus.nrRachunku = qint16(kind == 5 ? zusIndividualAccount() : 0);
+        d.zus.miesiac = 9;
+        d.zus.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::zusYears(), 2026));
+        d.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), 2026));
+        d.pod.nrOkresu = QStringLiteral("10");
+        d.pod.symbol = QStringLiteral("vat-7");
+        if (kind == 6)
+            d.klientKonto = TaxAccount;
+    });
+    BankFile::Options o;
+    o.encoding = *BankFile::encodingByName(encoding);
+    o.today = QDate(2026, 11, 20);
+    const BankFile::Outcome out = BankFile::send(Db(), {doc.id}, o, m_path, false);
+    QVERIFY2(out.written, qPrintable(out.problems.join(QLatin1Char('\n'))));
+
+    QFile f(m_path);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const QByteArray bytes = f.readAll();
+    QVERIFY(bytes.endsWith("\r\n"));
+    QCOMPARE(bytes.count('\n'), 1);
+    QVERIFY(bytes.contains(payeeBytes));
+    QStringDecoder dec(o.encoding == BankFile::Encoding::Cp852 ? "IBM852"
+                       : o.encoding == BankFile::Encoding::Iso8859_2 ? "ISO-8859-2" : "windows-1250");
+    const ElixirLine line = readElixirLine(QString(dec.decode(bytes)).chopped(2));
+    QCOMPARE(line.fields.size(), 16);
+    const QList<bool> quoted = {false, false, false, false, false, true, true, true,
+                                true,  false, false, true,  true,  true,  true, true};
+    QCOMPARE(line.quoted, quoted);
+    QCOMPARE(line.fields.at(0), QStringLiteral("110"));
+    QCOMPARE(line.fields.at(1), QStringLiteral("20261123"));
+    QCOMPARE(line.fields.at(2), QStringLiteral("123450"));
+    QCOMPARE(line.fields.at(3), QStringLiteral("10202964"));
+    QCOMPARE(line.fields.at(5), BankFile::accountDigits(FirmAccount));
+    const QString payeeAccount = BankFile::accountDigits(kind == 5 ? NrsAccount : doc.klientKonto);
+    QCOMPARE(line.fields.at(6), payeeAccount);
+    QCOMPARE(line.fields.at(7), QStringLiteral("Zakład Ślusarski Żółć|Długa 5|90-001 Łódź"));
+    QCOMPARE(line.fields.at(8), kind == 5 ? ZusName : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
+    QCOMPARE(line.fields.at(10), payeeAccount.mid(2, 8));
+    QCOMPARE(line.fields.at(11), expectedTitle);
+    QCOMPARE(line.fields.at(14), classification);
+    for (const QString &part : line.fields.at(11).split(QLatin1Char('|')))
+        QVERIFY(part.size() <= 35);
+    QCOMPARE(SentStore::sentAmong(Db(), {doc.id, doc.id + 1}), QList<qint32>{doc.id});
+}
+
+void TestBankFile::xmlAgainstSchema()
+{
+    const QString xsd = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/iso20022/pain.001.001.03.xsd");
+    if (!QFile::exists(xsd))
+        QSKIP("the pain.001.001.03 schema is not in the shared test data");
+    if (QStandardPaths::findExecutable(QStringLiteral("xmllint")).isEmpty())
+        QSKIP("xmllint (libxml2-utils) is not installed");
+    QList<qint32> ids;
+    ids << stored(1).id
+        << stored(1, [](PaymentDocument &d) {
+               d.zaDokumentNazwa = QStringLiteral("/VAT/10,00/IDC/5261040828/INV/FV <1> & \"2\"/TXT/");
+               d.wartosc = Money::fromGrosze(5001);
+           }).id
+        << stored(6, [](PaymentDocument &d) {
+               d.klientKonto = TaxAccount;
+               d.pod.symbol = QStringLiteral("PIT-4R");
+               d.pod.nrOkresu = QStringLiteral("3");
+               d.pod.identyfikacja = QStringLiteral("decyzja 1/2026");
+           }).id
+        << stored(1, [](PaymentDocument &d) {
+               d.kontoFirmy = OtherFirmAccount;
+               d.wartosc = Money::fromGrosze(1);
+           }).id
+        << stored(1, [](PaymentDocument &d) { d.dataDokumentu = QDate(2026, 11, 30); }).id;
+    BankFile::Options o;
+    o.format = BankFile::Format::Xml;
+    o.today = QDate(2026, 11, 23);
+    const BankFile::Outcome out = BankFile::send(Db(), ids, o, m_path, false);
+    QVERIFY2(out.written, qPrintable(out.problems.join(QLatin1Char('\n'))));
+
+    QProcess lint;
+    lint.start(QStringLiteral("xmllint"), {QStringLiteral("--noout"), QStringLiteral("--schema"), xsd, m_path});
+    QVERIFY(lint.waitForFinished(60000));
+    QVERIFY2(lint.exitCode() == 0, lint.readAllStandardError().constData());
+
+    // Counts and sums recomputed from the transactions themselves.
+    QFile f(m_path);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    QXmlStreamReader r(&f);
+    QStringList path, blocks, titles;
+    QString headerCount, headerSum, blockCount, blockSum;
+    int txs = 0, blockTxs = 0;
+    Money total, blockTotal;
+    auto closeBlock = [&] {
+        blocks << QStringLiteral("%1/%2=%3/%4").arg(blockCount, blockSum).arg(blockTxs).arg(blockTotal.plain(QLatin1Char('.')));
+    };
+    while (!r.atEnd()) {
+        r.readNext();
+        if (r.isStartElement()) {
+            path << r.name().toString();
+            const QString p = path.join(QLatin1Char('/'));
+            if (p.endsWith(QLatin1String("GrpHdr/NbOfTxs")))
+                headerCount = r.readElementText();
+            else if (p.endsWith(QLatin1String("GrpHdr/CtrlSum")))
+                headerSum = r.readElementText();
+            else if (p.endsWith(QLatin1String("PmtInf/NbOfTxs")))
+                blockCount = r.readElementText();
+            else if (p.endsWith(QLatin1String("PmtInf/CtrlSum")))
+                blockSum = r.readElementText();
+            else if (p.endsWith(QLatin1String("InstdAmt"))) {
+                const Money m = *Money::parse(r.readElementText());
+                total += m;
+                blockTotal += m;
+                ++txs;
+                ++blockTxs;
+            } else if (p.endsWith(QLatin1String("Ustrd")))
+                titles << r.readElementText();
+            else if (p.endsWith(QLatin1String("PmtInf"))) {
+                blockTxs = 0;
+                blockTotal = Money();
+            }
+            if (r.isEndElement())
+                path.removeLast();
+        } else if (r.isEndElement()) {
+            if (path.last() == QLatin1String("PmtInf"))
+                closeBlock();
+            path.removeLast();
+        }
+    }
+    QVERIFY2(!r.hasError(), qPrintable(r.errorString()));
+    QCOMPARE(headerCount, QString::number(txs));
+    QCOMPARE(headerSum, total.plain(QLatin1Char('.')));
+    QCOMPARE(total, Money::fromGrosze(123450 * 3 + 5001 + 1));
+    // Account 1 on the 23rd, account 2 on the 23rd, account 1 on the 30th.
+    QCOMPARE(blocks, QStringList({QStringLiteral("3/2519.01=3/2519.01"), QStringLiteral("1/0.01=1/0.01"),
+                                  QStringLiteral("1/1234.50=1/1234.50")}));
+    QVERIFY(titles.contains(QStringLiteral("/TI/N5261040828/OKR/26M03/SFP/PIT-4R/TXT/decyzja 1/2026")));
+    QVERIFY(titles.contains(QStringLiteral("/VAT/10,00/IDC/5261040828/INV/FV <1> & \"2\"/TXT/")));
+}
+
+void TestBankFile::refusedBatchWritesNothing_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("payee check digits") << "xml" << 1 << "konto" << "58 1140 2004 0000 3002 0123 4567"
+                                        << "rachunek odbiorcy: numer rachunku";
+    QTest::newRow("zero amount") << "elixir" << 1 << "kwota" << "0" << "kwota musi być większa od zera";
+    QTest::newRow("over the limit") << "xml" << 1 << "kwota" << "1000000000" << "przekracza";
+    QTest::newRow("no payee name") << "elixir" << 1 << "nazwa" << "" << "brak nazwy odbiorcy";
+    QTest::newRow("title over four lines") << "elixir" << 1 << "tytul" << QString(150, QLatin1Char('x'))
+                                           << "tytuł nie mieści się w 4 wierszach po 35 znaków";
+    QTest::newRow("quote in title") << "elixir" << 1 << "tytul" << "FV \"12\"" << "znak \"";
+    QTest::newRow("not in code page") << "elixir" << 1 << "nazwa" << "Café €uro ☃"
+                                      << "których nie ma w kodowaniu ISO-8859-2: €☃";
+    QTest::newRow("VAT over amount") << "xml" << 1 << "tytul" << "/VAT/2000,00/IDC/5261040828/INV/1/TXT/"
+                                     << "kwota VAT jest większa";
+    QTest::newRow("deposit slip") << "xml" << 2 << "" << "" << "to nie jest przelew";
+    QTest::newRow("old ZUS account") << "xml" << 5 << "" << "" << "rachunek indywidualny (NRS)";
+    QTest::newRow("tax without symbol") << "elixir" << 6 << "symbol" << "" << "brak symbolu formularza";
+}
+
+void TestBankFile::refusedBatchWritesNothing()
+{
+    QFETCH(QString, format);
+    QFETCH(int, kind);
+    QFETCH(QString, field);
+    QFETCH(QString, value);
+    QFETCH(QString, problem);
+    const qint32 good = stored(1).id;
+    const qint32 bad = stored(kind, [&](PaymentDocument &d) {
+                           d.pod.symbol = QStringLiteral("VAT-7");
+                           d.pod.nrOkresu = QStringLiteral("1");
+                           if (field == QLatin1String("konto"))
+                               d.klientKonto = value;
+                           else if (field == QLatin1String("kwota"))
+                               d.wartosc = *Money::parse(value);
+                           else if (field == QLatin1String("nazwa"))
+                               d.klientNazwa = value;
+                           else if (field == QLatin1String("tytul"))
+                               d.zaDokumentNazwa = value;
+                           else if (field == QLatin1String("symbol"))
+                               d.pod.symbol = value;
+                       }).id;
+    BankFile::Options o;
+    o.format = *BankFile::formatByName(format);
+    o.encoding = BankFile::Encoding::Iso8859_2;
+    o.today = QDate(2026, 11, 23);
+    const BankFile::Outcome out = BankFile::send(Db(), {good, bad}, o, m_path, false);
+    QVERIFY(!out.written);
+    QCOMPARE(out.problems.size(), 1);
+    QVERIFY2(out.problems.first().startsWith(QStringLiteral("Dokument nr %1 (").arg(bad)), qPrintable(out.problems.first()));
+    QVERIFY2(out.problems.first().contains(problem), qPrintable(out.problems.first()));
+    QVERIFY(!QFile::exists(m_path));
+    QVERIFY(SentStore::entries(Db()).isEmpty());
+}
+
+void TestBankFile::existingFileAndWrapping()
+{
+    const qint32 id = stored(1, [](PaymentDocument &d) {
+                          d.klientNazwa = QStringLiteral("Przedsiębiorstwo Produkcyjno-Handlowo-Usługowe");
+                          d.klientNazwa1 = QStringLiteral("\"Gęśla\" spółka z o.o.");
+                          d.zaDokumentNazwa = QStringLiteral("Faktury 1/2026, 2/2026, 3/2026, 4/2026, 5/2026");
+                      }).id;
+    QFile old(m_path);
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("stary");
+    old.close();
+    BankFile::Options o;
+    o.format = BankFile::Format::Xml;
+    o.today = QDate(2026, 11, 23);
+    BankFile::Outcome out = BankFile::send(Db(), {id}, o, m_path, false);
+    QVERIFY(!out.written);
+    QVERIFY(out.problems.join(QString()).contains(QStringLiteral("już istnieje")));
+    QCOMPARE(old.size(), 5);
+    QVERIFY(SentStore::entries(Db()).isEmpty()); // the record went back with the refused file
+    // The quote is fine in XML, but Elixir-O cannot carry it.
+    QVERIFY(BankFile::send(Db(), {id}, o, m_path, true).written);
+    o.format = BankFile::Format::Elixir;
+    out = BankFile::send(Db(), {id}, o, m_path, true);
+    QVERIFY(!out.written);
+    QCOMPARE(SentStore::entries(Db()).size(), 1);
+
+    QCOMPARE(BankFile::wrapLines(QStringLiteral("Przedsiębiorstwo Produkcyjno-Handlowo-Usługowe \"Gęśla\" spółka z o.o.")),
+             QStringList({QStringLiteral("Przedsiębiorstwo "), QStringLiteral("Produkcyjno-Handlowo-Usługowe "),
+                          QStringLiteral("\"Gęśla\" spółka z o.o.")}));
+    QCOMPARE(BankFile::wrapLines(QString(40, QLatin1Char('x'))),
+             QStringList({QString(35, QLatin1Char('x')), QString(5, QLatin1Char('x'))}));
+}
+
+void TestBankFile::commandLine_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("said"); // on standard output when 0, on standard error otherwise
+    QTest::newRow("the day of account 1") << QStringList{"--dzien", "23-11-2026", "--konto", "1", "--format", "elixir",
+                                                         "--kodowanie", "cp852"}
+                                          << 0 << "przelewów 1 na kwotę 1 234,50 zł";
+    QTest::newRow("by numbers, xml") << QStringList{"--id", "1", "--format", "xml", "--data-wykonania", "31-12-2099"} << 0
+                                     << "przelewów 1";
+    QTest::newRow("a wrong one among them") << QStringList{"--id", "1,2", "--format", "elixir"} << 1
+                                            << "Dokument nr 2 (Przelew bankowy): rachunek odbiorcy";
+    QTest::newRow("no such document") << QStringList{"--id", "9", "--format", "xml"} << 1 << "Dokument nr 9";
+    QTest::newRow("unknown format") << QStringList{"--id", "1", "--format", "csv"} << 2 << "elixir albo xml";
+    QTest::newRow("both id and day") << QStringList{"--id", "1", "--dzien", "23-11-2026", "--format", "xml"} << 2
+                                     << "Podaj jedno";
+}
+
+void TestBankFile::commandLine()
+{
+    QFETCH(QStringList, options);
+    QFETCH(int, exitCode);
+    QFETCH(QString, said);
+    stored(1);
+    stored(1, [](PaymentDocument &d) {
+        d.banknr = 2;
+        d.kontoFirmy = OtherFirmAccount;
+        d.klientKonto = QStringLiteral("11 1140 2004 0000 3002 0123 4567");
+    });
+    const QString firm = firmFile();
+    CloseDb();
+    QProcess p;
+    p.setProcessEnvironment(m_env->processEnvironment());
+    p.start(programPath(), QStringList{QStringLiteral("bank"), QStringLiteral("--firma"), firm,
+                                       QStringLiteral("--plik"), m_path} + options);
+    QVERIFY(p.waitForFinished(60000));
+    const QString output = QString::fromLocal8Bit(exitCode == 0 ? p.readAllStandardOutput() : p.readAllStandardError());
+    QVERIFY2(output.contains(said), qPrintable(output + QString::fromLocal8Bit(p.readAllStandardError())));
+    QCOMPARE(p.exitCode(), exitCode);
+    QCOMPARE(QFile::exists(m_path), exitCode == 0);
+    QVERIFY(OpenDb(firm));
+    QCOMPARE(SentStore::entries(Db()).size(), exitCode == 0 ? 1 : 0);
+}
+
+QTEST_GUILESS_MAIN(TestBankFile)
+#include "tst_bankfile.moc"

@@ -1,0 +1,256 @@
+#include "AppState.h"
+#include "DateText.h"
+#include "documents/Firm.h"
+#include "RecordingDialogs.h"
+#include "TestEnv.h"
+#include "TestFirm.h"
+#include "TestWidgets.h"
+#include "documents/ChoiceLists.h"
+#include "documents/ui/frmZbiorowka.h"
+#include "documents/ui/frmprzegladanie.h"
+#include "documents/ui/frmprzelew.h"
+#include "exchange/BankFile.h"
+#include "documents/ui/frmDoBanku.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListView>
+#include <QListWidget>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const QString FirmAccount = QStringLiteral("13 1020 2964 0000 1234 5678 9012");
+const QString PayeeAccount = QStringLiteral("57 1140 2004 0000 3002 0123 4567");
+
+void typeInto(QWidget *window, const QString &name, const QString &text)
+{
+    auto *f = child<QLineEdit>(window, name);
+    f->setFocus();
+    f->selectAll();
+    QTest::keyClick(f, Qt::Key_Delete);
+    // Key events carry ASCII only; Polish letters are put in as an input method would.
+    if (std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; }))
+        QTest::keyClicks(f, text);
+    else
+        f->insert(text);
+}
+
+// A transfer (or tax transfer) typed in as users do, dated the working day.
+std::unique_ptr<frmprzelew> typedDocument(int kind)
+{
+    auto w = std::make_unique<frmprzelew>(qint16(0), qint16(kind));
+    w->show();
+    QApplication::setActiveWindow(w.get());
+    const QList<std::pair<const char *, QString>> fields = {
+        {"txtnazwa", QStringLiteral("Hurtownia Gęśla")}, {"txtulica", QStringLiteral("Kwiatowa 7")},
+        {"txtkod", QStringLiteral("31-000")},            {"txtmiasto", QStringLiteral("Kraków")},
+        {"txtNIP", QStringLiteral("526-104-08-28")},     {"txtkonto", PayeeAccount}, {"txtbank", QStringLiteral("mBank")},
+        {"txtdata", DateText::format(ChoiceLists::workingDate())}};
+    for (const auto &[name, value] : fields)
+        typeInto(w.get(), QLatin1String(name), value);
+    if (kind == 1) {
+        typeInto(w.get(), QStringLiteral("txtzadokument"), QStringLiteral("Faktura 12/2026"));
+        typeInto(w.get(), QStringLiteral("txtwartosc"), QStringLiteral("123,00"));
+    } else {
+        typeInto(w.get(), QStringLiteral("txtWartoscPod"), QStringLiteral("500,00"));
+        typeInto(w.get(), QStringLiteral("txtsymbol"), QStringLiteral("VAT-7K"));
+        typeInto(w.get(), QStringLiteral("txtNrOkresu"), QStringLiteral("3"));
+        child<QComboBox>(w.get(), QStringLiteral("lstTypOkresu"))->setCurrentIndex(3); // K - kwartał
+        auto *year = child<QComboBox>(w.get(), QStringLiteral("lstOkresRok"));
+        year->setCurrentIndex(year->findText(QStringLiteral("2026")));
+    }
+    return w;
+}
+
+} // namespace
+
+class TestBankWindows : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
+    void init();
+    void cleanup();
+    void splitPaymentThroughWindow();
+    void taxTitleThroughWindow();
+    void browseSendsAndMarks();
+    void statementSendsItsDay();
+
+private:
+    std::unique_ptr<TestEnv> m_env;
+    std::unique_ptr<RecordingDialogs> m_dialogs;
+    int m_files = 0;
+};
+
+void TestBankWindows::init()
+{
+    m_dialogs = std::make_unique<RecordingDialogs>();
+    FirmData firm = sampleFirm();
+    firm.accounts[0] = {QStringLiteral("PKO BP"), FirmAccount, Money()};
+    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("bank%1.zlc").arg(++m_files)), firm));
+    appState().eliksir = 0;
+    printToPdf(m_env->newPath(QStringLiteral("slip%1.pdf").arg(m_files)));
+}
+
+void TestBankWindows::cleanup()
+{
+    CloseDb();
+    m_dialogs.reset();
+}
+
+void TestBankWindows::splitPaymentThroughWindow()
+{
+    auto w = typedDocument(1);
+    auto *box = child<QGroupBox>(w.get(), QStringLiteral("frmMpp"));
+    QVERIFY(box->isVisible() && !box->isChecked());
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Space);
+    QVERIFY(box->isChecked());
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtMppIdc"))->text(), QStringLiteral("5261040828"));
+    typeInto(w.get(), QStringLiteral("txtMppVat"), QStringLiteral("230,00"));
+    typeInto(w.get(), QStringLiteral("txtMppInv"), QStringLiteral("FV 12/2026"));
+    typeInto(w.get(), QStringLiteral("txtMppTxt"), QStringLiteral("zaplata"));
+    auto *title = child<QLineEdit>(w.get(), QStringLiteral("txtzadokument"));
+    QVERIFY(title->isReadOnly());
+    // More VAT than the whole amount is refused and nothing is stored.
+    QVERIFY(!w->save());
+    QVERIFY(m_dialogs->saw(QStringLiteral("kwota VAT jest większa niż kwota przelewu")));
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("0"));
+    typeInto(w.get(), QStringLiteral("txtMppVat"), QStringLiteral("23"));
+    QCOMPARE(title->text(), QStringLiteral("/VAT/23,00/IDC/5261040828/INV/FV 12/2026/TXT/zaplata"));
+
+    // Printed on paper, it warns that banks take it only electronically.
+    m_dialogs->clear();
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    QVERIFY(m_dialogs->saw(QStringLiteral("tylko elektronicznie")));
+    const qint32 id = w->currentId();
+    QVERIFY(id > 0);
+    QCOMPARE(stored(QStringLiteral("SELECT za_dokument_nazwa FROM zlecanki")),
+             QStringLiteral("/VAT/23,00/IDC/5261040828/INV/FV 12/2026/TXT/zaplata"));
+
+    // Corrected, the box comes back filled; untick it and the title is the user's again.
+    frmprzelew again(1, 1, id);
+    again.show();
+    auto *box2 = child<QGroupBox>(&again, QStringLiteral("frmMpp"));
+    QVERIFY(box2->isChecked());
+    QCOMPARE(child<QLineEdit>(&again, QStringLiteral("txtMppVat"))->text(), QStringLiteral("23,00"));
+    QCOMPARE(child<QLineEdit>(&again, QStringLiteral("txtMppInv"))->text(), QStringLiteral("FV 12/2026"));
+    QCOMPARE(child<QLineEdit>(&again, QStringLiteral("txtMppTxt"))->text(), QStringLiteral("zaplata"));
+    typeInto(&again, QStringLiteral("txtMppInv"), QStringLiteral("FV 13/2026"));
+    QVERIFY(again.save());
+    QCOMPARE(stored(QStringLiteral("SELECT za_dokument_nazwa FROM zlecanki")),
+             QStringLiteral("/VAT/23,00/IDC/5261040828/INV/FV 13/2026/TXT/zaplata"));
+    box2->setFocus();
+    QTest::keyClick(box2, Qt::Key_Space);
+    auto *title2 = child<QLineEdit>(&again, QStringLiteral("txtzadokument"));
+    QVERIFY(!title2->isReadOnly() && title2->text().isEmpty());
+
+    // Viewing: the box cannot be changed.
+    frmprzelew view(2, 1, id);
+    QVERIFY(!child<QGroupBox>(&view, QStringLiteral("frmMpp"))->isEnabled());
+}
+
+void TestBankWindows::taxTitleThroughWindow()
+{
+    auto w = typedDocument(6);
+    QVERIFY(!child<QGroupBox>(w.get(), QStringLiteral("frmMpp"))->isVisibleTo(w.get()));
+    QVERIFY(w->save());
+    BankFile::Options o;
+    o.today = ChoiceLists::workingDate();
+    const BankFile::Checked checked = BankFile::checkStored(Db(), {w->currentId()}, o);
+    QVERIFY2(checked.ok(), qPrintable(checked.problems.join(QLatin1Char('\n'))));
+    QCOMPARE(checked.payments.first().title, QStringLiteral("/TI/N5261040828/OKR/26K03/SFP/VAT-7K"));
+    QCOMPARE(int(checked.payments.first().classification), 71);
+}
+
+void TestBankWindows::browseSendsAndMarks()
+{
+    auto good = typedDocument(1);
+    good->save();
+    auto bad = typedDocument(1);
+    typeInto(bad.get(), QStringLiteral("txtkonto"), QStringLiteral("58 1140 2004 0000 3002 0123 4567"));
+    bad->save();
+
+    frmprzegladanie browse;
+    browse.show();
+    auto *list = child<QListView>(&browse, QStringLiteral("lstwynik"));
+    QCOMPARE(list->model()->rowCount(), 2);
+    list->selectAll();
+    click(&browse, QStringLiteral("cmdDoBanku"));
+    auto *window = browse.findChild<frmDoBanku *>();
+    QVERIFY(window);
+    const QString path = m_env->newPath(QStringLiteral("przelewy%1.pli").arg(m_files));
+    typeInto(window, QStringLiteral("txtplik"), path);
+    auto *problems = child<QListWidget>(window, QStringLiteral("lstproblemy"));
+    QCOMPARE(problems->count(), 1); // told as soon as the window opens
+    QVERIFY(!window->save());
+    QCOMPARE(problems->count(), 1);
+    QVERIFY(problems->item(0)->text().contains(QStringLiteral("rachunek odbiorcy")));
+    QVERIFY(!QFile::exists(path));
+    window->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    // Only the good one goes; it is marked in the list afterwards.
+    const int row = list->model()->index(0, 0).data(Qt::UserRole).toInt() == good->currentId() ? 0 : 1;
+    list->clearSelection();
+    list->setCurrentIndex(list->model()->index(row, 0));
+    click(&browse, QStringLiteral("cmdDoBanku"));
+    window = browse.findChild<frmDoBanku *>();
+    QVERIFY(window);
+    auto *format = child<QComboBox>(window, QStringLiteral("lstformat"));
+    format->setCurrentIndex(1);
+    QVERIFY(!child<QComboBox>(window, QStringLiteral("lstkodowanie"))->isEnabled());
+    const QString xml = m_env->newPath(QStringLiteral("przelewy%1.xml").arg(m_files));
+    typeInto(window, QStringLiteral("txtplik"), xml);
+    m_dialogs->clear();
+    click(window, QStringLiteral("cmdzapisz"));
+    QVERIFY2(QFile::exists(xml), qPrintable(m_dialogs->calls.value(0).text));
+    QVERIFY(m_dialogs->saw(QStringLiteral("Zapisano przelewów: 1 na kwotę 123,00 zł")));
+    QCOMPARE(BankFile::firmChoice(Db()).first, BankFile::Format::Xml);
+    QVERIFY(!list->model()->index(row, 0).data(Qt::DecorationRole).isNull());
+    QVERIFY(list->model()->index(1 - row, 0).data(Qt::DecorationRole).isNull());
+    QVERIFY(list->model()->index(row, 0).data(Qt::ToolTipRole).toString().contains(QStringLiteral("XML")));
+
+    // Sending it again asks first; No writes nothing more.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    list->setCurrentIndex(list->model()->index(row, 0));
+    click(&browse, QStringLiteral("cmdDoBanku"));
+    window = browse.findChild<frmDoBanku *>();
+    QVERIFY(window);
+    QCOMPARE(child<QComboBox>(window, QStringLiteral("lstformat"))->currentIndex(), 1); // the firm's last choice
+    typeInto(window, QStringLiteral("txtplik"), xml + QStringLiteral(".2"));
+    m_dialogs->answers = {false};
+    QVERIFY(!window->save());
+    QVERIFY(m_dialogs->saw(QStringLiteral("zostały już wysłane do banku")));
+    QVERIFY(!QFile::exists(xml + QStringLiteral(".2")));
+    QCOMPARE(SentStore::entries(Db()).size(), 1);
+}
+
+void TestBankWindows::statementSendsItsDay()
+{
+    typedDocument(1)->save();
+    typedDocument(6)->save();
+    frmZbiorowka statement;
+    statement.show();
+    typeInto(&statement, QStringLiteral("txtData"), DateText::format(ChoiceLists::workingDate()));
+    click(&statement, QStringLiteral("cmdDoBanku"));
+    auto *window = statement.findChild<frmDoBanku *>();
+    QVERIFY(window);
+    // The statement lists bank transfers only; the file takes the tax transfer too.
+    QCOMPARE(child<QLabel>(window, QStringLiteral("lblpodsumowanie"))->text(),
+             QStringLiteral("Dokumentów: 2, gotowych do wysłania: 2 na kwotę 623,00 zł"));
+    const QString path = m_env->newPath(QStringLiteral("dzien%1.pli").arg(m_files));
+    typeInto(window, QStringLiteral("txtplik"), path);
+    QVERIFY(window->save());
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    QCOMPARE(f.readAll().count("\r\n"), 2);
+}
+
+QTEST_MAIN(TestBankWindows)
+#include "tst_bankwindows.moc"
