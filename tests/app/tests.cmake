@@ -1,11 +1,7 @@
-zlecanki_test(tst_sharedtypes app/tst_sharedtypes.cpp)
-zlecanki_test(tst_settings app/tst_settings.cpp)
 zlecanki_ui_test(tst_firm app/tst_firm.cpp)
 zlecanki_ui_test(tst_mainwindow app/tst_mainwindow.cpp)
 zlecanki_ui_test(tst_startup app/tst_startup.cpp)
-zlecanki_ui_test(tst_ustawienia app/tst_ustawienia.cpp)
 zlecanki_bus_test(tst_session app/tst_session.cpp)
-zlecanki_ui_test(tst_users app/tst_users.cpp)
 
 # The real program driven through the accessibility bus, as a screen reader would (skips
 # where Xvfb or the accessibility bus is missing).

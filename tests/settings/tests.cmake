@@ -1,0 +1,1 @@
+zlecanki_ui_test(tst_ustawienia settings/tst_ustawienia.cpp)
