@@ -178,7 +178,7 @@ void TestBankWindows::browseSendsAndMarks()
 
     frmprzegladanie browse;
     browse.show();
-    auto *list = child<QListView>(&browse, QStringLiteral("lstwynik"));
+    auto *list = child<QAbstractItemView>(&browse, QStringLiteral("lstwynik"));
     QCOMPARE(list->model()->rowCount(), 2);
     list->selectAll();
     click(&browse, QStringLiteral("cmdDoBanku"));
