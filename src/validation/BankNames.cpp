@@ -8,9 +8,10 @@ namespace BankNames {
 
 namespace {
 
-// Bank numbers of the banks that keep most firms' accounts, from the public register of
-// sort codes kept by Narodowy Bank Polski (EWIB, https://ewib.nbp.pl/, file plewibnra.txt),
-// as it stood on 23-11-2026. A bank taken over by another keeps its number in the register
+// Bank numbers of the banks that keep most firms' accounts, as the public register of sort
+// codes kept by Narodowy Bank Polski publishes them (EWIB, https://ewib.nbp.pl/, file
+// plewibnra.txt). Written down on 23-11-2026 from the numbers the larger banks publish, not
+// converted from a copy of that file: compare it with a current copy when it is next changed. A bank taken over by another keeps its number in the register
 // under the new owner, hence the names in brackets. Co-operative banks (four-digit numbers
 // from 8) are too many to list; their accounts are left for the user to name.
 const QHash<QString, QString> &table()
