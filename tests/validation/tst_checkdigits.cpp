@@ -129,6 +129,7 @@ void TestCheckDigits::microAccount()
         QVERIFY(!CheckDigits::nrbProblem(*account));
 }
 
+// The small commands: checks, micro-accounts and amounts in words.
 void TestCheckDigits::commandLine_data()
 {
     QTest::addColumn<QStringList>("args");
@@ -143,6 +144,16 @@ void TestCheckDigits::commandLine_data()
                                    << "56 1010 0071 2222 7831 9163 6600\n";
     QTest::newRow("NIP mistyped") << QStringList{"mikrorachunek", "7831916367"} << 1
                                   << "NIP ma błędną cyfrę kontrolną - sprawdź go.\n";
+    QTest::newRow("words") << QStringList{"slownie", "1234,50"} << 0
+                           << "jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy\n";
+    QTest::newRow("over the limit") << QStringList{"slownie", "1000000000000"} << 1
+                                    << "Kwota - 1000000000000 - jest za duża. Nie potrafię przedstawić jej słownie\n"
+                                       "1000000000000\n";
+    QTest::newRow("not an amount") << QStringList{"slownie", "12,34,5"} << 2 << "";
+    QTest::newRow("postal code ok") << QStringList{"sprawdz", "kodpoczt", "00-950"} << 0 << "OK\n";
+    QTest::newRow("postal code wrong") << QStringList{"sprawdz", "kodpoczt", "00-9a0"} << 1
+                                       << "'00-9a0' nie jest kodem pocztowym.\nNiedopuszczalny znak\n";
+    QTest::newRow("unknown field kind") << QStringList{"sprawdz", "regon", "1"} << 2 << "";
 }
 
 void TestCheckDigits::commandLine()

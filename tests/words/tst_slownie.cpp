@@ -1,10 +1,7 @@
 #include "RecordingDialogs.h"
-#include "TestEnv.h"
 #include "words/Slownie.h"
 
-#include <QFile>
 #include <QHash>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -97,8 +94,6 @@ private Q_SLOTS:
     void randomAmountsReadBack();
     void wrapping_data();
     void wrapping();
-    void commandLine_data();
-    void commandLine();
 };
 
 void TestSlownie::wording_data()
@@ -195,37 +190,6 @@ void TestSlownie::wrapping()
     QCOMPARE(w.message, tooLong ? QStringLiteral("Druk słownie - Za mało wierszy!") : QString());
     for (const QString &line : w.lines)
         QVERIFY(width(line) <= box);
-}
-
-void TestSlownie::commandLine_data()
-{
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("output");
-    QTest::newRow("words") << QStringList{"slownie", "1234,50"} << 0
-                           << "jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy\n";
-    QTest::newRow("over the limit") << QStringList{"slownie", "1000000000000"} << 1
-                                    << "Kwota - 1000000000000 - jest za duża. Nie potrafię przedstawić jej słownie\n"
-                                       "1000000000000\n";
-    QTest::newRow("not an amount") << QStringList{"slownie", "12,34,5"} << 2 << "";
-    QTest::newRow("postal code ok") << QStringList{"sprawdz", "kodpoczt", "00-950"} << 0 << "OK\n";
-    QTest::newRow("postal code wrong") << QStringList{"sprawdz", "kodpoczt", "00-9a0"} << 1
-                                       << "'00-9a0' nie jest kodem pocztowym.\nNiedopuszczalny znak\n";
-    QTest::newRow("unknown kind") << QStringList{"sprawdz", "regon", "1"} << 2 << "";
-}
-
-void TestSlownie::commandLine()
-{
-    QFETCH(QStringList, args);
-    QFETCH(int, exitCode);
-    QFETCH(QString, output);
-    if (!QFile::exists(programPath()))
-        QSKIP("the program is not built in this configuration");
-    QProcess p;
-    p.start(programPath(), args);
-    QVERIFY(p.waitForFinished(20000));
-    QCOMPARE(p.exitCode(), exitCode);
-    QCOMPARE(QString::fromUtf8(p.readAllStandardOutput()), output);
 }
 
 QTEST_GUILESS_MAIN(TestSlownie)
