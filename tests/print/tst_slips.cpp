@@ -187,14 +187,6 @@ void TestSlips::printedText_data()
     QTest::newRow("tax on the old bank form")
         << 6 << old << QStringList{"Nazwa odbiorcy", "NIP lub identyfikator uzup. zobowiązanego"}
         << QStringList{"tytułem", "Nazwa organu podatkowego"};
-    QTest::newRow("ZUS") << 5 << plain
-                         << QStringList{"Zakład Ubezpieczeń Społecznych", "01. Nr rachunku bankowego ZUS",
-                                        "04. Kwota słownie", "Typ. wpł.", "odcinek dla płatnika"}
-                         << QStringList{};
-    QTest::newRow("postal order to an account")
-        << 3 << plain
-        << QStringList{"Odcinek dla Poczty(Banku)", "Potwierdzenie dla wpłacającego", "Rodzaj zobowiązania:"}
-        << QStringList{};
     QTest::newRow("named postal order")
         << 4 << plain << QStringList{"PRZEKAZ", "POCZTOWY", "Dowód nadania", "Miejsce na korespondencję"}
         << QStringList{"Przekaz Pocztowy"};

@@ -101,8 +101,6 @@ private Q_SLOTS:
     void initTestCase();
     void periodCaptions_data();
     void periodCaptions();
-    void marks_data();
-    void marks();
     void register__data();
     void register_();
     void workbook();
@@ -173,31 +171,6 @@ void TestReports::periodCaptions()
     QCOMPARE(c.sql.count(u'?'), c.values.size());
 }
 
-void TestReports::marks_data()
-{
-    QTest::addColumn<int>("choice");
-    QTest::addColumn<QStringList>("ticked");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("two ticked") << 2 << QStringList{"Alfa", "Gamma"} << "Alfa,Gamma";
-    QTest::newRow("one ticked") << 2 << QStringList{"Gamma"} << "Gamma";
-    QTest::newRow("all") << 0 << QStringList{} << "Alfa,Beta,Gamma";
-}
-
-void TestReports::marks()
-{
-    QFETCH(int, choice);
-    QFETCH(QStringList, ticked);
-    // Marks left by an earlier report.
-    QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("UPDATE kontrahenci SET WYBRANY=1 WHERE NAZWA IN ('Alfa','Beta')")));
-    QList<qint32> ids;
-    for (const QString &name : ticked)
-        ids << contractor(name);
-    QVERIFY(MarkChosenContractors(Db(), ContractorChoice(choice), ids));
-    QTEST(marked(), "expected");
-    QVERIFY(ClearContractorMarks(Db()));
-    QCOMPARE(marked(), QString());
-}
-
 void TestReports::register__data()
 {
     QTest::addColumn<int>("index");
@@ -229,6 +202,8 @@ void TestReports::register_()
     QFETCH(Period, period);
     QFETCH(QStringList, ticked);
     const ContractorChoice choice = ticked.isEmpty() ? ContractorChoice::All : ContractorChoice::Ticked;
+    // Marks left by an earlier report count for nothing.
+    QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("UPDATE kontrahenci SET WYBRANY=1 WHERE NAZWA IN ('Beta','Gamma')")));
     QList<qint32> ids;
     for (const QString &name : ticked)
         ids << contractor(name);
