@@ -99,12 +99,14 @@ void TestSettings::readAtStart_data()
     QTest::addColumn<QString>("inFile"); // afterwards
     QTest::addColumn<QString>("inState");
     QTest::newRow("first run, screen") << "NazwaFontuScreen" << QString() << "Arial CE" << "Arial CE";
+    QTest::newRow("first run, printer") << "NazwaFontuPrinter" << QString() << "Arial CE" << "Arial CE";
     QTest::newRow("first run, list") << "NazwaFontuLista" << QString() << "Courier New CE" << "Courier New CE";
     QTest::newRow("first run, amounts") << "DrukZlGr" << QString() << "0" << "0";
     // Written as "1", read only at the next start.
     QTest::newRow("first run, dates") << "DrukDaty" << QString() << "1" << "0";
     QTest::newRow("screen Arial") << "NazwaFontuScreen" << "Arial" << "Arial CE" << "Arial CE";
     QTest::newRow("screen Times") << "NazwaFontuScreen" << "Times New Roman" << "Times New Roman CE" << "Times New Roman CE";
+    QTest::newRow("printer Times") << "NazwaFontuPrinter" << "Times New Roman" << "Times New Roman CE" << "Times New Roman CE";
     QTest::newRow("list Courier") << "NazwaFontuLista" << "Courier New" << "Courier New CE" << "Courier New CE";
     QTest::newRow("list Arial stays") << "NazwaFontuLista" << "Arial" << "Arial" << "Arial";
     QTest::newRow("other font stays") << "NazwaFontuPrinter" << "DejaVu Sans" << "DejaVu Sans" << "DejaVu Sans";
