@@ -139,9 +139,13 @@ void TestCheckDigits::commandLine_data()
                              << "OK\n";
     QTest::newRow("account mistyped") << QStringList{"sprawdz-sume", "nrb", "61109010140000071219812875"} << 1
                                       << "Numer rachunku ma błędne cyfry kontrolne - sprawdź go.\n";
+    QTest::newRow("REGON") << QStringList{"sprawdz-sume", "regon", "123456786"} << 1
+                           << "REGON ma błędną cyfrę kontrolną - sprawdź go.\n";
     QTest::newRow("unknown kind") << QStringList{"sprawdz-sume", "iban", "1"} << 2 << "";
     QTest::newRow("micro-account") << QStringList{"mikrorachunek", "783-191-63-66"} << 0
                                    << "56 1010 0071 2222 7831 9163 6600\n";
+    QTest::newRow("micro-account of a PESEL")
+        << QStringList{"mikrorachunek", "44051401458"} << 0 << "69 1010 0071 2221 4405 1401 4580\n";
     QTest::newRow("NIP mistyped") << QStringList{"mikrorachunek", "7831916367"} << 1
                                   << "NIP ma błędną cyfrę kontrolną - sprawdź go.\n";
     QTest::newRow("words") << QStringList{"slownie", "1234,50"} << 0
