@@ -143,6 +143,8 @@ void TestUsers::firstUserAndLogin()
     const QByteArray text = f.readAll();
     QVERIFY(!text.contains(Password.toUtf8()) && text.count("$argon2id$") == 2);
     QVERIFY(Users::hashPassword(Password) != Users::hashPassword(Password));
+    UserSession::instance().logout(); // nobody logged in: nothing allowed
+    QVERIFY(!UserSession::instance().allowed(QStringLiteral("Dokumenty")));
     QVERIFY(UserSession::instance().login(QStringLiteral("ewa"), Password));
     QVERIFY(UserSession::instance().allowed(Users::Admin));
 }
