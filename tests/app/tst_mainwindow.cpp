@@ -37,10 +37,8 @@ private Q_SLOTS:
     void firmAndNoFirmStates_data();
     void firmAndNoFirmStates();
     void newFirmFromMenu();
-    void openFirmFromList();
     void windowsMenuCommands();
     void quitAsksFirstAndRemembers();
-    void helpOpensTopicInBrowser();
 
 private:
     QAction *command(const QString &name) { return m_window->command(name); }
@@ -231,10 +229,8 @@ void TestMainWindow::newFirmFromMenu()
     m_dialogs->files << path + QStringLiteral(".zlc");
     command(QStringLiteral("mnufirmabiz"))->trigger();
     QVERIFY(m_dialogs->saw(QStringLiteral("już istnieje")));
-}
 
-void TestMainWindow::openFirmFromList()
-{
+    // Another firm chosen from the list by its name.
     const QString other = appState().bazyPath + QStringLiteral("nowak.zlc");
     QFile::remove(other);
     QVERIFY(FirmDatabase::create(other, nullptr));
@@ -286,6 +282,22 @@ void TestMainWindow::windowsMenuCommands()
     QCOMPARE(area->subWindowList().size(), 1);
     QCOMPARE(area->subWindowList().first()->widget()->objectName(), QStringLiteral("frmFirmaOpen"));
     QVERIFY(m_window->findChild<QWidget *>(QStringLiteral("frmglowna_img")));
+
+    // Help opens its topic in the browser, or says there is none.
+    m_dialogs->clear();
+    const qsizetype opened = m_dialogs->urls.size();
+    command(QStringLiteral("mnuspis"))->trigger();
+    QCOMPARE(m_dialogs->calls.size(), 1); // the page opened, nothing to tell
+    m_dialogs->urlResult = Dialogs::UrlResult::NoBrowser;
+    command(QStringLiteral("mnuspis"))->trigger();
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("message")).value(0).text, QStringLiteral("Could not find your Browser"));
+    QCOMPARE(m_dialogs->urls.size(), opened + 2);
+    const QUrl url = m_dialogs->urls.last();
+    QCOMPARE(url.fragment(), QStringLiteral("Spis"));
+    QVERIFY(url.isLocalFile());
+    QFile page(url.toLocalFile());
+    QVERIFY2(page.open(QIODevice::ReadOnly), qPrintable(url.toLocalFile()));
+    QVERIFY(page.readAll().contains("id=\"Spis\""));
 }
 
 void TestMainWindow::quitAsksFirstAndRemembers()
@@ -321,22 +333,6 @@ void TestMainWindow::quitAsksFirstAndRemembers()
     m_window->CloseDB();
     QVERIFY(!toolbar()->isVisible());
     QVERIFY(!m_window->statusBar()->isVisible());
-}
-
-void TestMainWindow::helpOpensTopicInBrowser()
-{
-    command(QStringLiteral("mnuspis"))->trigger();
-    QCOMPARE(m_dialogs->calls.size(), 1); // the page opened, nothing to tell
-    m_dialogs->urlResult = Dialogs::UrlResult::NoBrowser;
-    command(QStringLiteral("mnuspis"))->trigger();
-    QCOMPARE(m_dialogs->callsOf(QStringLiteral("message")).value(0).text, QStringLiteral("Could not find your Browser"));
-    QCOMPARE(m_dialogs->urls.size(), 2);
-    const QUrl url = m_dialogs->urls.last();
-    QCOMPARE(url.fragment(), QStringLiteral("Spis"));
-    QVERIFY(url.isLocalFile());
-    QFile page(url.toLocalFile());
-    QVERIFY2(page.open(QIODevice::ReadOnly), qPrintable(url.toLocalFile()));
-    QVERIFY(page.readAll().contains("id=\"Spis\""));
 }
 
 QTEST_MAIN(TestMainWindow)

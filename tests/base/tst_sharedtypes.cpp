@@ -16,7 +16,6 @@ private Q_SLOTS:
     void amountFromOutside();
     void parseDate_data();
     void parseDate();
-    void isoRoundTrip();
     void errorReport();
 };
 
@@ -125,6 +124,7 @@ void TestSharedTypes::parseDate_data()
     QTest::newRow("iso order") << "2026-03-05" << QDate();
     QTest::newRow("mixed separators") << "05-03/2026" << QDate();
     QTest::newRow("empty") << "" << QDate();
+    QTest::newRow("iso, a day that is none") << "2005-02-30" << QDate();
 }
 
 void TestSharedTypes::parseDate()
@@ -133,17 +133,11 @@ void TestSharedTypes::parseDate()
     QFETCH(QDate, date);
     const auto parsed = DateText::parse(text);
     QCOMPARE(parsed.value_or(QDate()), date);
-    if (date.isValid())
-        QCOMPARE(DateText::parse(DateText::format(date)).value_or(QDate()), date);
-}
-
-void TestSharedTypes::isoRoundTrip()
-{
-    QCOMPARE(DateText::format(QDate(2005, 3, 1)), QStringLiteral("01-03-2005"));
-    QCOMPARE(DateText::toIso(QDate(2005, 3, 1)), QStringLiteral("2005-03-01"));
-    QCOMPARE(DateText::fromIso(u"2005-03-01").value_or(QDate()), QDate(2005, 3, 1));
-    QVERIFY(!DateText::fromIso(u"2005-02-30"));
-    QCOMPARE(DateText::format(QDate()), QString());
+    // Stored in the database as ISO: both ways give the date back, a day that is none is refused.
+    QCOMPARE(DateText::fromIso(DateText::toIso(date)).value_or(QDate()), date);
+    QCOMPARE(DateText::fromIso(text).has_value(), text == QLatin1String("2026-03-05"));
+    QCOMPARE(DateText::format(date), date.toString(QStringLiteral("dd-MM-yyyy")));
+    QCOMPARE(DateText::toIso(date), date.toString(Qt::ISODate));
 }
 
 void TestSharedTypes::errorReport()

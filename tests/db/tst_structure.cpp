@@ -61,13 +61,9 @@ private Q_SLOTS:
     void cleanup() { FirmDatabase::close(QStringLiteral("t")); }
 
     void tablesOfNewDatabase();
-    void columnTypesAndWidths_data();
-    void columnTypesAndWidths();
-    void indexesAndCounters();
     void valuesRefusedNotCut_data();
     void valuesRefusedNotCut();
     void baseStructureUpgradedToFull();
-    void secondUpgradeChangesNothing();
     void olderDatabaseReachesSameStructure();
     void nullsAndZeroDatesRepaired();
 
@@ -99,40 +95,20 @@ void TestStructure::tablesOfNewDatabase()
     UpgradeStructure(db);
     QCOMPARE(shape(db), QStringLiteral("CYKLICZNE|30;FIRMA|%1;KONTRAHENCI|10;OdwolaniaSerwera|2;Ustawienia|8;Ustawienia2|2;UstawieniaBanku|2;WyslaneDoBanku|5;ZLECANKI|30")
                             .arg(17 + 7 * 3 + 6 + 30 * 3 + 1)); // the last: the firm's NRS
-}
-
-void TestStructure::columnTypesAndWidths_data()
-{
-    // Spelled as the firm files always spelled them: name | declared type | default.
-    QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("column");
-    QTest::newRow("payment name") << "CYKLICZNE" << "NAZWA|VARCHAR(25)|NULL";
-    QTest::newRow("payment amount") << "CYKLICZNE" << "WARTOSC|CURRENCY|NULL";
-    QTest::newRow("December") << "CYKLICZNE" << "M12|BOOLEAN|NULL";
-    QTest::newRow("alarm day") << "CYKLICZNE" << "DZIEN_ALARMU|SMALLINT|NULL";
-    QTest::newRow("payment NIP") << "Cykliczne" << "Klient_NIP|VARCHAR(13)|''";
-    QTest::newRow("bank 11") << "FIRMA" << "BANK_NAZWA11|VARCHAR(50)|'nazwa banku'";
-    QTest::newRow("account 40") << "FIRMA" << "BANK_KONTO40|VARCHAR(40)|'numer konta'";
-    QTest::newRow("balance 40") << "FIRMA" << "STAN_KONTA40|CURRENCY|0";
-    QTest::newRow("contractor id") << "ZLECANKI" << "KLIENT_ID|INTEGER|NULL";
-    QTest::newRow("document date") << "ZLECANKI" << "DATA_DOKUMENTU|DATE|NULL";
-    QTest::newRow("title") << "ZLECANKI" << "ZA_DOKUMENT_NAZWA|VARCHAR(150)|NULL";
-    QTest::newRow("right margin") << "Ustawienia2" << "MargPrawy|SMALLINT|0";
-}
-
-void TestStructure::columnTypesAndWidths()
-{
-    QFETCH(QString, table);
-    QFETCH(QString, column);
-    QSqlDatabase db = openNew(true);
-    QCOMPARE(queryRows(db, QStringLiteral("SELECT name, type, dflt_value FROM pragma_table_info('%1') WHERE name='%2'")
-                          .arg(table, column.section(QLatin1Char('|'), 0, 0))),
-             column);
-}
-
-void TestStructure::indexesAndCounters()
-{
-    QSqlDatabase db = openNew(true);
+    // Types, widths and defaults spelled as the firm files always spelled them.
+    const QStringList columns = {
+        "CYKLICZNE|NAZWA|VARCHAR(25)|NULL",      "CYKLICZNE|WARTOSC|CURRENCY|NULL",
+        "CYKLICZNE|M12|BOOLEAN|NULL",            "CYKLICZNE|DZIEN_ALARMU|SMALLINT|NULL",
+        "CYKLICZNE|Klient_NIP|VARCHAR(13)|''",   "FIRMA|BANK_NAZWA11|VARCHAR(50)|'nazwa banku'",
+        "FIRMA|BANK_KONTO40|VARCHAR(40)|'numer konta'", "FIRMA|STAN_KONTA40|CURRENCY|0",
+        "ZLECANKI|KLIENT_ID|INTEGER|NULL",       "ZLECANKI|DATA_DOKUMENTU|DATE|NULL",
+        "ZLECANKI|ZA_DOKUMENT_NAZWA|VARCHAR(150)|NULL", "Ustawienia2|MargPrawy|SMALLINT|0"};
+    for (const QString &c : columns)
+        QCOMPARE(c.section(u'|', 0, 0) + u'|' +
+                     queryRows(db, QStringLiteral("SELECT name, type, dflt_value FROM pragma_table_info('%1') "
+                                                  "WHERE name='%2'")
+                                       .arg(c.section(u'|', 0, 0), c.section(u'|', 1, 1))),
+                 c);
     QCOMPARE(queryRows(db, QStringLiteral("SELECT m.name, il.\"unique\", group_concat(ii.name) "
                                      "FROM sqlite_master m, pragma_index_list(m.tbl_name) il, pragma_index_info(il.name) ii "
                                      "WHERE m.type='index' AND il.name=m.name AND m.sql IS NOT NULL "
@@ -207,14 +183,9 @@ void TestStructure::baseStructureUpgradedToFull()
     QCOMPARE(queryRows(db, QStringLiteral("SELECT NAZWA, BANK_NAZWA11, BANK_KONTO40, STAN_KONTA40, BANK_NAZWA4 "
                                      "FROM firma ORDER BY rowid")),
              QStringLiteral("Stara|NULL|NULL|NULL|NULL;Nowa|nazwa banku|numer konta|0|"));
-}
-
-void TestStructure::secondUpgradeChangesNothing()
-{
-    QSqlDatabase db = openNew(true);
+    // A second upgrade changes nothing, the flags a user set included.
     QVERIFY(exec(db, QStringLiteral("UPDATE Ustawienia SET Data=0, Wstawiany=1, Nowe=1, CzteryOdcinki=0, "
                                     "CzteryNaStronie=1, Szary=1, Eliksir=1")));
-    QVERIFY(exec(db, QStringLiteral("INSERT INTO firma (NAZWA, STAN_KONTA1) VALUES ('ACME', 10000)")));
     QVERIFY(exec(db, QStringLiteral("INSERT INTO zlecanki (RODZAJ, WARTOSC, DATA_DOKUMENTU) VALUES (1, 50000, '2026-03-05')")));
     const QString before = dump(db);
     UpgradeStructure(db);

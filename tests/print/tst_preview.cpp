@@ -20,8 +20,6 @@ class TestPreview : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void pagesAndCounter();
-    void printFromPreviewAsksNothing();
-    void saveAsPdf();
     void reportIsPrintedFromItsWindow();
     void copiesWindow_data();
     void copiesWindow();
@@ -77,31 +75,11 @@ void TestPreview::pagesAndCounter()
     QCOMPARE(counter->text(), QStringLiteral("2/3"));
     QVERIFY(w->findChild<QWidget *>(QStringLiteral("suwakpionowy")));
     QVERIFY(w->findChild<QWidget *>(QStringLiteral("suwakpoziomy")));
-}
 
-void TestPreview::printFromPreviewAsksNothing()
-{
-    auto w = preview(QStringLiteral("trzy"));
-    const QString path = m_env->newPath(QStringLiteral("z_podgladu.pdf"));
-    PrintEngine::instance().setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
-    RecordingDialogs d;
-    m_runs = 0;
-    button(w.get(), "cmddrukuj")->click();
-    QCOMPARE(m_runs, 1);
-    QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
-    const PdfContent pdf = readPdf(path);
-    QCOMPARE(pdf.pages, 3);
-    QCOMPARE(pdf.text(2), QStringLiteral("Strona3"));
-}
-
-void TestPreview::saveAsPdf()
-{
-    auto w = preview(QStringLiteral("trzy"));
-    RecordingDialogs d;
-    const QString path = m_env->newPath(QStringLiteral("zapisany"));
-    d.files << path;
+    const QString saved = m_env->newPath(QStringLiteral("zapisany"));
+    d.files << saved;
     button(w.get(), "cmdzapisz")->click();
-    QCOMPARE(readPdf(path + QStringLiteral(".pdf")).text(), QStringLiteral("Strona1 Strona2 Strona3"));
+    QCOMPARE(readPdf(saved + QStringLiteral(".pdf")).text(), QStringLiteral("Strona1 Strona2 Strona3"));
     QVERIFY(!PrintEngine::instance().job().saving);
     // A name that is no file to write is told, not taken for saved.
     const QString folder = m_env->newPath(QStringLiteral("katalog.pdf"));
@@ -113,6 +91,18 @@ void TestPreview::saveAsPdf()
     m_runs = 0;
     button(w.get(), "cmdzapisz")->click();
     QCOMPARE(m_runs, 0);
+
+    // Printed from the preview: nothing asked, every page.
+    const QString path = m_env->newPath(QStringLiteral("z_podgladu.pdf"));
+    PrintEngine::instance().setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
+    d.clear();
+    m_runs = 0;
+    button(w.get(), "cmddrukuj")->click();
+    QCOMPARE(m_runs, 1);
+    QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
+    const PdfContent pdf = readPdf(path);
+    QCOMPARE(pdf.pages, 3);
+    QCOMPARE(pdf.text(2), QStringLiteral("Strona3"));
 }
 
 void TestPreview::reportIsPrintedFromItsWindow()

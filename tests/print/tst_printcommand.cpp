@@ -21,8 +21,6 @@ private Q_SLOTS:
     void printsToPdf();
     void refusesWrongUse_data();
     void refusesWrongUse();
-    void outputTargets_data();
-    void outputTargets();
 
 private:
     struct Run {
@@ -118,85 +116,60 @@ void TestPrintCommand::printsToPdf()
 
 void TestPrintCommand::refusesWrongUse_data()
 {
+    // In the arguments @firm is the firm, @id its transfer, @pdf a new file, @old a file holding "stary".
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("message");
-    const QString firm = QStringLiteral("@firm"), out = QStringLiteral("@pdf");
+    const QStringList doc{"--firma", "@firm", "--id", "@id"}, toPdf = doc + QStringList{"--pdf", "@pdf"};
     QTest::newRow("nothing") << QStringList{} << 2 << "Użycie: zlecanki drukuj --firma";
-    QTest::newRow("two outputs") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--drukarka", "X"}
-                                 << 2 << "albo drukarkę";
-    QTest::newRow("no copies") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--kopie", "0"} << 2
-                               << "Nieprawidłowa wartość opcji --kopie";
-    QTest::newRow("unknown option") << QStringList{"--firma", firm, "--id", "1", "--pdf", out, "--kolor"} << 2
-                                    << "Nieznana opcja: --kolor";
-    QTest::newRow("no such firm") << QStringList{"--firma", "/nie/ma/firmy.zlc", "--id", "1", "--pdf", out}
-                                  << 1 << "Nie ma pliku firmy";
-    QTest::newRow("no such document")
-        << QStringList{"--firma", firm, "--id", "999", "--pdf", out} << 1 << "Nie ma dokumentu numer 999";
-    QTest::newRow("no such printer") << QStringList{"--firma", firm, "--id", "1", "--drukarka", "Nie-Ma-Takiej"}
-                                     << 1 << "Nie ma drukarki \"Nie-Ma-Takiej\"";
+    QTest::newRow("two outputs") << toPdf + QStringList{"--drukarka", "X"} << 2 << "albo drukarkę";
+    QTest::newRow("no copies") << toPdf + QStringList{"--kopie", "0"} << 2 << "Nieprawidłowa wartość opcji --kopie";
+    QTest::newRow("unknown option") << toPdf + QStringList{"--kolor"} << 2 << "Nieznana opcja: --kolor";
+    QTest::newRow("no such firm") << QStringList{"--firma", "/nie/ma/firmy.zlc", "--id", "1", "--pdf", "@pdf"} << 1
+                                  << "Nie ma pliku firmy";
+    QTest::newRow("no such document") << QStringList{"--firma", "@firm", "--id", "999", "--pdf", "@pdf"} << 1
+                                      << "Nie ma dokumentu numer 999";
+    QTest::newRow("no such printer") << doc + QStringList{"--drukarka", "Nie-Ma-Takiej"} << 1
+                                     << "Nie ma drukarki \"Nie-Ma-Takiej\"";
+    QTest::newRow("the firm file") << doc + QStringList{"--pdf", "@firm"} << 1 << "bazą danych";
+    QTest::newRow("the firm file, replacing") << doc + QStringList{"--pdf", "@firm", "--nadpisz"} << 1 << "bazą danych";
+    QTest::newRow("an existing file") << doc + QStringList{"--pdf", "@old"} << 1 << "już istnieje";
+    QTest::newRow("an existing file, replacing") << doc + QStringList{"--pdf", "@old", "--nadpisz"} << 0 << "";
+    QTest::newRow("a device") << doc + QStringList{"--pdf", "/dev/full", "--nadpisz"} << 1 << "nie jest zwykłym plikiem";
+    QTest::newRow("a missing folder") << doc + QStringList{"--pdf", "/nie/ma/folderu/wydruk.pdf"} << 1
+                                      << "Nie ma folderu";
 }
 
+// Refused without a file written, the firm untouched and nothing left beside the target.
 void TestPrintCommand::refusesWrongUse()
 {
     QFETCH(QStringList, args);
-    QFETCH(int, code);
-    QFETCH(QString, message);
-    const QString pdf = m_env->newPath(QStringLiteral("nie.pdf"));
-    args.replaceInStrings(QStringLiteral("@firm"), m_firm);
-    args.replaceInStrings(QStringLiteral("@pdf"), pdf);
-    const Run r = run(args);
-    QCOMPARE(r.code, code);
-    QVERIFY2(r.err.contains(message), qPrintable(r.err));
-    QVERIFY(!QFile::exists(pdf));
-}
-
-void TestPrintCommand::outputTargets_data()
-{
-    QTest::addColumn<QString>("target"); // @firm, @old (a file holding "stary"), or a path
-    QTest::addColumn<bool>("replace");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("message");
-
-    QTest::newRow("the firm file") << "@firm" << false << 1 << "bazą danych";
-    QTest::newRow("the firm file, replacing") << "@firm" << true << 1 << "bazą danych";
-    QTest::newRow("an existing file") << "@old" << false << 1 << "już istnieje";
-    QTest::newRow("an existing file, replacing") << "@old" << true << 0 << "";
-    QTest::newRow("a device") << "/dev/full" << true << 1 << "nie jest zwykłym plikiem";
-    QTest::newRow("a missing folder") << "/nie/ma/folderu/wydruk.pdf" << false << 1 << "Nie ma folderu";
-}
-
-void TestPrintCommand::outputTargets()
-{
-    QFETCH(QString, target);
-    QFETCH(bool, replace);
     QFETCH(int, code);
     QFETCH(QString, message);
     QFile firm(m_firm);
     QVERIFY(firm.open(QIODevice::ReadOnly));
     const QByteArray firmBefore = firm.readAll();
     firm.close();
+    const QString pdf = m_env->newPath(QStringLiteral("nie.pdf"));
     const QString old = m_env->newPath(QStringLiteral("stary.pdf"));
     QFile f(old);
     QVERIFY(f.open(QIODevice::WriteOnly) && f.write("stary") == 5);
     f.close();
-    const QString path = target == QLatin1String("@firm") ? m_firm : target == QLatin1String("@old") ? old : target;
-
-    QStringList args{"--firma", m_firm, "--id", QString::number(m_ids.value(1)), "--pdf", path};
-    if (replace)
-        args << QStringLiteral("--nadpisz");
+    args.replaceInStrings(QStringLiteral("@firm"), m_firm);
+    args.replaceInStrings(QStringLiteral("@id"), QString::number(m_ids.value(1)));
+    args.replaceInStrings(QStringLiteral("@pdf"), pdf);
+    args.replaceInStrings(QStringLiteral("@old"), old);
     const Run r = run(args);
     QCOMPARE(r.code, code);
     QVERIFY2(r.err.contains(message), qPrintable(r.err));
+    QVERIFY(!QFile::exists(pdf));
     QVERIFY(firm.open(QIODevice::ReadOnly));
     QVERIFY(firm.readAll() == firmBefore);
-    if (path == old) {
+    if (args.contains(old)) {
         QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray now = f.readAll();
-        QCOMPARE(now == "stary", code != 0);
+        QCOMPARE(f.readAll() == "stary", code != 0);
         QCOMPARE(readPdf(old).ok, code == 0);
     }
-    // Nothing is left beside the target.
     QCOMPARE(QDir(QFileInfo(m_firm).absolutePath()).entryList({QStringLiteral(".*.pdf.*"), QStringLiteral(".*.zlc.*")},
                                                               QDir::Files | QDir::Hidden),
              QStringList());

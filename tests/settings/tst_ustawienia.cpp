@@ -78,9 +78,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void opensWithDefaults();
     void savesEverywhereAtOnce();
-    void todayForThisRunOnly();
     void qrCodeAndCalibration();
     void refusedSave_data();
     void refusedSave();
@@ -127,20 +125,15 @@ void TestUstawienia::cleanup()
     m_dialogs.reset();
 }
 
-void TestUstawienia::opensWithDefaults()
-{
-    frmUstawienia w;
-    QCOMPARE(shown(&w), QStringLiteral("Drukarce|Drukarka domyślna systemu|Arial CE,Arial CE,Courier New CE|"
-                                       "0,0|0|0000000|Przelew.pli|30-04-2026"));
-    QCOMPARE(key("Eliksir"), QStringLiteral("<brak>")); // opening writes nothing
-}
-
 void TestUstawienia::savesEverywhereAtOnce()
 {
     // Second rows are never the ones that count.
     QSqlQuery q(Db());
     QVERIFY(q.exec(QStringLiteral("INSERT INTO Ustawienia2 (MargLewy, MargPrawy) VALUES (9, 9)")));
     frmUstawienia w;
+    QCOMPARE(shown(&w), QStringLiteral("Drukarce|Drukarka domyślna systemu|Arial CE,Arial CE,Courier New CE|"
+                                       "0,0|0|0000000|Przelew.pli|30-04-2026"));
+    QCOMPARE(key("Eliksir"), QStringLiteral("<brak>")); // opening writes nothing
     w.show();
     child<QComboBox>(&w, QStringLiteral("lstdrukna"))->setCurrentIndex(1);
     child<QComboBox>(&w, QStringLiteral("lstDrukarki"))->setCurrentIndex(2);
@@ -172,8 +165,8 @@ void TestUstawienia::savesEverywhereAtOnce()
              QStringLiteral("Ekranie|Księgowość|DejaVu Serif,Arial CE,Liberation Mono|4,-12|1|0010001|Przelew.pli"));
 }
 
-// The firm's QR setting (on in a new firm) saved with the rest; a printer's calibration
-// kept as it is typed, under the printer's name.
+// The firm's QR setting (on in a new firm) saved with the rest, and the working date for
+// this run only; a printer's calibration kept as it is typed, under the printer's name.
 void TestUstawienia::qrCodeAndCalibration()
 {
     QVERIFY(PaymentQr::firmSetting(Db()));
@@ -187,9 +180,17 @@ void TestUstawienia::qrCodeAndCalibration()
     qr->setFocus();
     QTest::keyClick(qr, Qt::Key_Space);
     QVERIFY(!qr->isChecked());
+    child<QLineEdit>(&w, QStringLiteral("txtDataDzis"))->setText(QStringLiteral("3-1-2027"));
     click(&w, "cmdzmien");
     QVERIFY2(m_dialogs->calls.isEmpty(), qPrintable(m_dialogs->calls.value(0).text));
+    QVERIFY(w.isVisible()); // "Zmień" saves and stays
     QVERIFY(!PaymentQr::firmSetting(Db()));
+    QCOMPARE(appState().today, QDate(2027, 1, 3));
+    QVERIFY(!appState().todayForRun);
+    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtDataDzis"))->text(), QStringLiteral("03-01-2027"));
+    QFile settings(SettingsStore::fileName(SettingsStore::App));
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    QVERIFY(!settings.readAll().contains("2027"));
 
     tabs->setCurrentIndex(tabs->count() - 1);
     QCOMPARE(tabs->tabText(tabs->currentIndex()), QStringLiteral("Kalibracja"));
@@ -206,22 +207,6 @@ void TestUstawienia::qrCodeAndCalibration()
     QVERIFY(child<QPushButton>(&w, QStringLiteral("cmdKalibracja"))->isEnabled());
     PrinterCalibration{}.save(QStringLiteral("PDF"));
     QVERIFY(PaymentQr::saveFirmSetting(Db(), true));
-}
-
-void TestUstawienia::todayForThisRunOnly()
-{
-    frmUstawienia w;
-    w.show();
-    child<QLineEdit>(&w, QStringLiteral("txtDataDzis"))->setText(QStringLiteral("3-1-2027"));
-    click(&w, "cmdzmien");
-    QVERIFY(w.isVisible()); // "Zmień" saves and stays
-    QCOMPARE(appState().today, QDate(2027, 1, 3));
-    QVERIFY(!appState().todayForRun);
-    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtDataDzis"))->text(), QStringLiteral("03-01-2027"));
-    QFile settings(SettingsStore::fileName(SettingsStore::App));
-    QVERIFY(settings.open(QIODevice::ReadOnly));
-    QVERIFY(!settings.readAll().contains("2027"));
-
     QVERIFY(OpenDb(firmFile()));
     QCOMPARE(appState().today, QDate::currentDate());
 }
