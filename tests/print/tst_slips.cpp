@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -152,9 +153,21 @@ void TestSlips::initTestCase()
 PdfContent TestSlips::printJob(const QString &procedure, const QVariant &parameter)
 {
     QFile::remove(m_pdf);
-    return PrintEngine::instance().Drukuj(procedure, parameter, QPageLayout::Portrait, false, QStringLiteral("Test"))
-               ? readPdf(m_pdf)
-               : PdfContent{};
+    if (!PrintEngine::instance().Drukuj(procedure, parameter, QPageLayout::Portrait, false,
+                                        QStringLiteral("Test")))
+        return {};
+    // For a person to look at: every slip as PNG pictures.
+    const QString shots = qEnvironmentVariable("ZLECANKI_SCREENSHOTS");
+    if (!shots.isEmpty()) {
+        QDir().mkpath(shots);
+        QString name = QLatin1String(QTest::currentTestFunction()) + QLatin1Char('-') +
+                       QLatin1String(QTest::currentDataTag() ? QTest::currentDataTag() : "");
+        name.replace(QRegularExpression(QStringLiteral("[^\\w-]+")), QStringLiteral("_"));
+        QProcess::execute(QStringLiteral("pdftoppm"),
+                          {QStringLiteral("-r"), QStringLiteral("60"), QStringLiteral("-png"), m_pdf,
+                           shots + QLatin1Char('/') + name});
+    }
+    return readPdf(m_pdf);
 }
 
 PdfContent TestSlips::print(const PaymentDocument &doc, const Settings &settings, const QString &procedure)
