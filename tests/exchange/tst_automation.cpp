@@ -33,7 +33,6 @@ private Q_SLOTS:
     void badCallsStoreNothing_data();
     void badCallsStoreNothing();
     void printsPdf();
-    void openAndClose();
     void notPrintedThenRepeated();
     void killedDuringCalls();
     void quitsWhenIdleAndStartsAgain();
@@ -245,24 +244,10 @@ void TestAutomation::printsPdf()
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     const PdfContent content = readPdf(pdf);
     QVERIFY(content.ok);
-    QVERIFY(content.pages >= 1);
     // Values stand one letter to a box: compared without the blanks between them.
     const QString text = content.text().remove(QLatin1Char(' '));
     for (const char *part : {"Drukarnia", "Wąsik", "Zapłata", "12/2026", "Nazwaodbiorcy"})
         QVERIFY2(text.contains(QString::fromUtf8(part), Qt::CaseInsensitive), qPrintable(content.text()));
-}
-
-void TestAutomation::openAndClose()
-{
-    bool ok = false;
-    QCOMPARE(gdbus(QStringLiteral("OtworzBaze"), {gvariant(m_env->newPath(QStringLiteral("brak.zlc")))}, &ok),
-             QStringLiteral("(false,)"));
-    QCOMPARE(gdbus(QStringLiteral("OtworzBaze"), {gvariant(m_firm)}, &ok), QStringLiteral("(true,)"));
-    // A transfer on the firm the caller opened leaves it open for the next call.
-    QCOMPARE(call(QStringLiteral("WystawPrzelew"), {values(), QString()}).type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(call(QStringLiteral("WystawPrzelew"), {values(), QString()}).type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(gdbus(QStringLiteral("ZamknijBaze"), {}, &ok), QStringLiteral("()"));
-    QVERIFY(ok);
 }
 
 void TestAutomation::notPrintedThenRepeated()
@@ -375,8 +360,15 @@ void TestAutomation::quitsWhenIdleAndStartsAgain()
     QVERIFY(bus->isServiceRegistered(Service));
     QTRY_VERIFY_WITH_TIMEOUT(!bus->isServiceRegistered(Service).value(), 15000);
     bool ok = false;
-    QCOMPARE(gdbus(QStringLiteral("OtworzBaze"), {gvariant(m_firm)}, &ok), QStringLiteral("(true,)"));
+    QCOMPARE(gdbus(QStringLiteral("OtworzBaze"), {gvariant(m_env->newPath(QStringLiteral("brak.zlc")))}, &ok),
+             QStringLiteral("(false,)"));
     QVERIFY(bus->isServiceRegistered(Service));
+    QCOMPARE(gdbus(QStringLiteral("OtworzBaze"), {gvariant(m_firm)}, &ok), QStringLiteral("(true,)"));
+    // A transfer on the firm the caller opened leaves it open for the next call.
+    QCOMPARE(call(QStringLiteral("WystawPrzelew"), {values(), QString()}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(call(QStringLiteral("WystawPrzelew"), {values(), QString()}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(gdbus(QStringLiteral("ZamknijBaze"), {}, &ok), QStringLiteral("()"));
+    QVERIFY(ok);
     QTRY_VERIFY_WITH_TIMEOUT(!bus->isServiceRegistered(Service).value(), 15000);
 }
 
