@@ -205,7 +205,7 @@ void TestAutomation::badCallsStoreNothing_data()
     QTest::newRow("date with a time") << 12 << "2026-03-05T10:00" << "Nieprawidłowa data";
     QTest::newRow("year 2100") << 12 << "01-01-2100" << "lata 1900-2099";
     QTest::newRow("line break in a name") << 4 << "Hurtownia\nGęśla" << "znak sterujący";
-    QTest::newRow("PDF onto the firm") << 3 << "pdf:@firm" << "bazą danych";
+    QTest::newRow("PDF onto the firm") << 3 << "pdf:@firm" << "otwartą bazą firmy";
     QTest::newRow("PDF onto a device") << 3 << "pdf:/dev/full" << "nie jest zwykłym plikiem";
     QTest::newRow("PDF onto an existing file") << 3 << "pdf:@old" << "już istnieje";
 }
