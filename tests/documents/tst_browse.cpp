@@ -45,7 +45,6 @@ private Q_SLOTS:
 
     void filters_data();
     void filters();
-    void lines();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -129,30 +128,6 @@ void TestBrowse::filters()
         listed << model.record(row).value(QStringLiteral("data_dokumentu")).toString();
     listed.sort();
     QCOMPARE(listed.join(QLatin1Char(' ')), dates);
-}
-
-void TestBrowse::lines()
-{
-    // A ZUS document under a złoty: its line, id and kind.
-    const int kind = 5;
-    const QDate date(2023, 12, 31);
-    PaymentDocument doc = sampleDocument(kind, date);
-    doc.wartosc = Money::fromGrosze(50);
-    QVERIFY(DocumentStore::insert(Db(), doc));
-    Browse::Filter f;
-    f.period = Browse::Period::Days;
-    f.first = f.last = date;
-    f.kind = kind;
-    Browse::Model model;
-    QVERIFY(model.refresh(Db(), f));
-    QCOMPARE(model.rowCount(), 1);
-    QStringList columns;
-    for (int column = 0; column < model.columnCount(); ++column)
-        columns << model.data(model.index(0, column)).toString();
-    QCOMPARE(columns, QStringList({"31-12-2023", "Przelew na konto ZUS", doc.klientNazwa, doc.zaDokumentNazwa, "0,50"}));
-    QCOMPARE(model.data(model.index(0, 0), Browse::Model::IdRole).toInt(), doc.id);
-    QCOMPARE(model.data(model.index(0, 0), Browse::Model::KindRole).toInt(), kind);
-    QVERIFY(DocumentStore::remove(Db(), doc.id));
 }
 
 QTEST_GUILESS_MAIN(TestBrowse)

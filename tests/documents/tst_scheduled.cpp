@@ -50,9 +50,7 @@ private Q_SLOTS:
 
     void dueCheck_data();
     void dueCheck();
-    void dueInOrderOfPaymentDay();
-    void renameOntoTakenNameRefused();
-    void editKeepsIssuedMonth();
+    void dueInOrderAndRenamed();
     void firmOpeningTellsOfDuePayments();
 
 private:
@@ -102,38 +100,26 @@ void TestScheduled::dueCheck()
     QCOMPARE(dueLines(today), expected);
 }
 
-void TestScheduled::dueInOrderOfPaymentDay()
+void TestScheduled::dueInOrderAndRenamed()
 {
-    QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("Woda"), {3}, 1, 25)), ScheduledPayments::SaveResult::Saved);
-    QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("ZUS"), {3}, 1, 15)), ScheduledPayments::SaveResult::Saved);
-    QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("Prąd"), {3}, 1, 5)), ScheduledPayments::SaveResult::Saved);
+    for (const auto &[name, day] : {std::pair{"Woda", 25}, std::pair{"ZUS", 15}, std::pair{"Prąd", 5}})
+        QCOMPARE(ScheduledPayments::insert(Db(), payment(QString::fromUtf8(name), {3}, 1, day)),
+                 ScheduledPayments::SaveResult::Saved);
     QCOMPARE(dueLines(QDate(2026, 3, 5)), (QStringList{QStringLiteral("5 - Prąd"), QStringLiteral("15 - ZUS"), QStringLiteral("25 - Woda")}));
-}
 
-void TestScheduled::renameOntoTakenNameRefused()
-{
-    QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("Czynsz"), {1}, 1, 1)), ScheduledPayments::SaveResult::Saved);
-    QCOMPARE(ScheduledPayments::insert(Db(), payment(QStringLiteral("Woda"), {1}, 1, 1)), ScheduledPayments::SaveResult::Saved);
-    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), payment(QStringLiteral("Czynsz"), {2}, 2, 2)),
+    // A rename onto a name in use is refused; otherwise the month issued stays with the payment.
+    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), payment(QStringLiteral("ZUS"), {2}, 2, 2)),
              ScheduledPayments::SaveResult::Duplicate);
-    QCOMPARE(ScheduledPayments::names(Db()).value(), (QStringList{QStringLiteral("Czynsz"), QStringLiteral("Woda")}));
-}
-
-void TestScheduled::editKeepsIssuedMonth()
-{
-    const ScheduledPayment p = payment(QStringLiteral("Czynsz"), {3}, 1, 10);
-    QCOMPARE(ScheduledPayments::insert(Db(), p), ScheduledPayments::SaveResult::Saved);
-    QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, 3));
-    ScheduledPayment renamed = p;
-    renamed.nazwa = QStringLiteral("Czynsz lokal");
+    QVERIFY(ScheduledPayments::markIssued(Db(), QStringLiteral("Woda"), 3));
+    ScheduledPayment renamed = *ScheduledPayments::read(Db(), QStringLiteral("Woda"));
+    renamed.nazwa = QStringLiteral("Woda lokal");
     renamed.wartosc = Money::fromZlote(900);
-    QCOMPARE(ScheduledPayments::update(Db(), p.nazwa, renamed), ScheduledPayments::SaveResult::Saved);
-
+    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), renamed), ScheduledPayments::SaveResult::Saved);
     const auto back = ScheduledPayments::read(Db(), renamed.nazwa);
     QVERIFY(back.has_value());
     QCOMPARE(back->lastWystAWM, 3);
     QCOMPARE(back->wartosc, Money::fromZlote(900));
-    QVERIFY(!ScheduledPayments::read(Db(), p.nazwa).has_value());
+    QCOMPARE(ScheduledPayments::names(Db()).value(), (QStringList{QStringLiteral("Prąd"), QStringLiteral("Woda lokal"), QStringLiteral("ZUS")}));
 }
 
 void TestScheduled::firmOpeningTellsOfDuePayments()

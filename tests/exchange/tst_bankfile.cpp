@@ -5,11 +5,16 @@
 #include "documents/ChoiceLists.h"
 #include "documents/DocumentStore.h"
 #include "exchange/BankFile.h"
+#include "exchange/Elixir.h"
+#include "SettingsStore.h"
+#include "db/FirmDatabase.h"
 #include "documents/PaymentTitles.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QStringDecoder>
 #include <QTest>
@@ -81,6 +86,12 @@ private Q_SLOTS:
     void existingFileAndWrapping();
     void commandLine_data();
     void commandLine();
+    // The file of transfers written as each one is issued.
+    void recordLine_data();
+    void recordLine();
+    void polishLettersInWindows1250();
+    void fileStep();
+    void senderLines();
 
 private:
     PaymentDocument stored(int kind, const std::function<void(PaymentDocument &)> &change = {});
@@ -159,10 +170,6 @@ void TestBankFile::elixirLines_data()
     QTest::addColumn<QByteArray>("payeeBytes"); // "Hurtownia Gęśla" as the code page writes it
     QTest::newRow("transfer cp1250") << 1 << "Faktura 12/2026" << "cp1250" << "Faktura 12/2026" << "51"
                                      << QByteArray("Hurtownia G\xEA\x9C" "la");
-    QTest::newRow("transfer iso") << 1 << "Faktura 12/2026" << "iso-8859-2" << "Faktura 12/2026" << "51"
-                                  << QByteArray("Hurtownia G\xEA\xB6" "la");
-    QTest::newRow("transfer cp852") << 1 << "Faktura 12/2026" << "cp852" << "Faktura 12/2026" << "51"
-                                    << QByteArray("Hurtownia G\xA9\x98" "la");
     QTest::newRow("split payment") << 1 << "/VAT/230,84/IDC/5261040828/INV/FV 12/2026/TXT/zaplata" << "cp1250"
                                    << "/VAT/230,84/IDC/5261040828/INV/FV |12/2026/TXT/zaplata" << "53"
                                    << QByteArray("Hurtownia G\xEA\x9C" "la");
@@ -262,53 +269,42 @@ void TestBankFile::xmlAgainstSchema()
     QVERIFY(lint.waitForFinished(60000));
     QVERIFY2(lint.exitCode() == 0, lint.readAllStandardError().constData());
 
-    // Counts and sums recomputed from the transactions themselves.
+    // Counts and sums recomputed from the transactions themselves: "NbOfTxs/CtrlSum=counted/summed".
     QFile f(m_path);
     QVERIFY(f.open(QIODevice::ReadOnly));
     QXmlStreamReader r(&f);
-    QStringList path, blocks, titles;
-    QString headerCount, headerSum, blockCount, blockSum;
-    int txs = 0, blockTxs = 0;
+    QStringList blocks, titles;
+    QString header;
     Money total, blockTotal;
-    auto closeBlock = [&] {
-        blocks << QStringLiteral("%1/%2=%3/%4").arg(blockCount, blockSum).arg(blockTxs).arg(blockTotal.plain(QLatin1Char('.')));
+    int txs = 0, blockTxs = 0;
+    const auto closeBlock = [&] {
+        if (!blocks.isEmpty())
+            blocks.last() += QStringLiteral("=%1/%2").arg(blockTxs).arg(blockTotal.plain(QLatin1Char('.')));
+        blockTxs = 0;
+        blockTotal = Money();
     };
     while (!r.atEnd()) {
-        r.readNext();
-        if (r.isStartElement()) {
-            path << r.name().toString();
-            const QString p = path.join(QLatin1Char('/'));
-            if (p.endsWith(QLatin1String("GrpHdr/NbOfTxs")))
-                headerCount = r.readElementText();
-            else if (p.endsWith(QLatin1String("GrpHdr/CtrlSum")))
-                headerSum = r.readElementText();
-            else if (p.endsWith(QLatin1String("PmtInf/NbOfTxs")))
-                blockCount = r.readElementText();
-            else if (p.endsWith(QLatin1String("PmtInf/CtrlSum")))
-                blockSum = r.readElementText();
-            else if (p.endsWith(QLatin1String("InstdAmt"))) {
-                const Money m = *Money::parse(r.readElementText());
-                total += m;
-                blockTotal += m;
-                ++txs;
-                ++blockTxs;
-            } else if (p.endsWith(QLatin1String("Ustrd")))
-                titles << r.readElementText();
-            else if (p.endsWith(QLatin1String("PmtInf"))) {
-                blockTxs = 0;
-                blockTotal = Money();
-            }
-            if (r.isEndElement())
-                path.removeLast();
-        } else if (r.isEndElement()) {
-            if (path.last() == QLatin1String("PmtInf"))
-                closeBlock();
-            path.removeLast();
+        if (r.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const QString n = r.name().toString();
+        if (n == QLatin1String("PmtInf")) {
+            closeBlock();
+            blocks << QString();
+        } else if (n == QLatin1String("NbOfTxs") || n == QLatin1String("CtrlSum")) {
+            (blocks.isEmpty() ? header : blocks.last()) += r.readElementText() + (n == QLatin1String("NbOfTxs") ? "/" : "");
+        } else if (n == QLatin1String("InstdAmt")) {
+            const Money m = *Money::parse(r.readElementText());
+            total += m;
+            blockTotal += m;
+            ++txs;
+            ++blockTxs;
+        } else if (n == QLatin1String("Ustrd")) {
+            titles << r.readElementText();
         }
     }
+    closeBlock();
     QVERIFY2(!r.hasError(), qPrintable(r.errorString()));
-    QCOMPARE(headerCount, QString::number(txs));
-    QCOMPARE(headerSum, total.plain(QLatin1Char('.')));
+    QCOMPARE(header, QStringLiteral("%1/%2").arg(txs).arg(total.plain(QLatin1Char('.'))));
     QCOMPARE(total, Money::fromGrosze(123450 * 3 + 5001 + 1));
     // Account 1 on the 23rd, account 2 on the 23rd, account 1 on the 30th.
     QCOMPARE(blocks, QStringList({QStringLiteral("3/2519.01=3/2519.01"), QStringLiteral("1/0.01=1/0.01"),
@@ -451,6 +447,106 @@ void TestBankFile::commandLine()
     QCOMPARE(QFile::exists(m_path), exitCode == 0);
     QVERIFY(OpenDb(firm));
     QCOMPARE(SentStore::entries(Db()).size(), exitCode == 0 ? 1 : 0);
+}
+
+void TestBankFile::recordLine_data()
+{
+    QTest::addColumn<QString>("amount");
+    QTest::addColumn<QString>("a");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("example") << "1234" << "110" << "20050307,110 1234  b c d e PLN  f Przelew  g ";
+    QTest::newRow("half down to even") << "1234,5" << "110" << "20050307,110 1234  b c d e PLN  f Przelew  g ";
+    QTest::newRow("half up to even") << "1235,5" << "110" << "20050307,110 1236  b c d e PLN  f Przelew  g ";
+    QTest::newRow("over a half") << "1234,51" << "110" << "20050307,110 1235  b c d e PLN  f Przelew  g ";
+    QTest::newRow("negative half") << "-2,5" << "110" << "20050307,110 -2  b c d e PLN  f Przelew  g ";
+    QTest::newRow("empty argument") << "7" << "" << "20050307, 7  b c d e PLN  f Przelew  g ";
+}
+
+void TestBankFile::recordLine()
+{
+    QFETCH(QString, amount);
+    QFETCH(QString, a);
+    QFETCH(QString, line);
+    QBuffer out;
+    out.open(QIODevice::WriteOnly);
+    QVERIFY(Elixir::WriteElixirRecord(out, QDate(2005, 3, 7), *Money::parse(amount), a, QStringLiteral("f"),
+                                      QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d"),
+                                      QStringLiteral("e"), QStringLiteral("g")));
+    QCOMPARE(out.data(), line.toLatin1() + "\r\n");
+}
+
+void TestBankFile::polishLettersInWindows1250()
+{
+    QBuffer out;
+    out.open(QIODevice::WriteOnly);
+    Elixir::WriteElixirRecord(out, QDate(2026, 1, 2), Money::fromZlote(5), QStringLiteral("Łódź"), {}, {}, {}, {}, {},
+                              QStringLiteral("€ ☃"));
+    // Ł 0xA3, ó 0xF3, d, ź 0x9F; the euro sign is in the code page, the snowman is not.
+    QVERIFY(out.data().startsWith(QByteArray("20260102,\xA3\xF3\x64\x9F 5 ")));
+    QVERIFY(out.data().endsWith(QByteArray("\x80 ? \r\n")));
+}
+
+void TestBankFile::fileStep()
+{
+    RecordingDialogs d;
+    const QString folderA = m_env->root() + QStringLiteral("/firmaA/");
+    const QString folderB = m_env->root() + QStringLiteral("/firmaB/");
+    QVERIFY(FirmDatabase::create(folderA + QStringLiteral("a.zlc"), nullptr));
+    QVERIFY(FirmDatabase::create(folderB + QStringLiteral("b.zlc"), nullptr));
+
+    QVERIFY(OpenDb(folderA + QStringLiteral("a.zlc")));
+    QVERIFY(Elixir::issueStep(Db(), firmFile(), 0));
+    QVERIFY(!QFile::exists(folderA + QStringLiteral("Przelew.pli"))); // switch off: nothing touched
+    QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
+    QFile a(folderA + QStringLiteral("Przelew.pli"));
+    QVERIFY(a.exists());
+    QCOMPARE(a.size(), 0);
+    {
+        QVERIFY(a.open(QIODevice::Append));
+        a.write("stary wiersz\r\n");
+        a.close();
+    }
+    QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
+    QCOMPARE(a.size(), qint64(14)); // left as it was
+
+    QVERIFY(OpenDb(folderB + QStringLiteral("b.zlc")));
+    SettingsStore::loadSave(QStringLiteral("PlikElixir"), QStringLiteral("bank.pli"));
+    QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
+    QVERIFY(QFile::exists(folderB + QStringLiteral("bank.pli")));
+    QVERIFY(!QFile::exists(folderB + QStringLiteral("Przelew.pli")));
+
+    // A file that cannot be opened stops the issue with the common error report.
+    SettingsStore::loadSave(QStringLiteral("PlikElixir"), QStringLiteral("brak/folderu/x.pli"));
+    QVERIFY(!Elixir::issueStep(Db(), firmFile(), 1));
+    QCOMPARE(d.beeps, 1);
+    QVERIFY(d.saw(QStringLiteral("Przechwycony błąd:")));
+    // Nor is it ever the firm's own file.
+    SettingsStore::loadSave(QStringLiteral("PlikElixir"), QStringLiteral("b.zlc"));
+    QVERIFY(!Elixir::issueStep(Db(), firmFile(), 1));
+    QVERIFY(d.saw(QStringLiteral("otwartą bazą firmy")));
+    SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("PlikElixir"));
+    CloseDb();
+}
+
+void TestBankFile::senderLines()
+{
+    RecordingDialogs d;
+    const QString path = m_env->newPath(QStringLiteral("nadawca.zlc"));
+    QVERIFY(FirmDatabase::create(path, nullptr));
+    QVERIFY(OpenDb(path));
+    QSqlQuery q(Db());
+    QVERIFY(q.exec(QStringLiteral("INSERT INTO firma (NAZWA, NAZWA1, ULICA, NR_DOMU, NR_LOKALU, KOD, MIASTO, "
+                                  "BANK_NAZWA1, BANK_KONTO1, firma_NIP) VALUES ('Przedsiębiorstwo Handlowo-Usługowe', "
+                                  "'Kowalski i Wspólnicy', 'Piotrkowska', '12', '3a', '90-001', 'Łódź', 'PKO BP', "
+                                  "'12 3456', '123-456-78-90')")));
+    const Elixir::SenderLines s = Elixir::GatherSenderLines(Db());
+    QCOMPARE(s.name, QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe"));
+    QCOMPARE(s.street, QStringLiteral("Piotrkowska 12 3a"));
+    QCOMPARE(s.town, QStringLiteral("90-001 Łódź"));
+    QCOMPARE(s.bankName, QStringLiteral("PKO BP"));
+    QCOMPARE(s.nip, QStringLiteral("123-456-78-90"));
+    QCOMPARE(Elixir::firmFolder(QStringLiteral("/dane/firma1/zlecanki.zlc")), QStringLiteral("/dane/firma1/"));
+    CloseDb();
 }
 
 QTEST_GUILESS_MAIN(TestBankFile)
