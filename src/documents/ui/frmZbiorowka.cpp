@@ -114,6 +114,13 @@ void frmZbiorowka::accountChosen()
     refill();
 }
 
+frmZbiorowka::~frmZbiorowka()
+{
+    // Closing the window takes the focus from the date field, whose "left" signal must not
+    // reach a window that is half destroyed.
+    m_data->disconnect(this);
+}
+
 bool frmZbiorowka::dateLeft()
 {
     // A wrong date is told and the list stays as it was.

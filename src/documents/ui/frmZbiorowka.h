@@ -18,6 +18,7 @@ class frmZbiorowka : public QWidget {
     Q_OBJECT
 public:
     explicit frmZbiorowka(QWidget *parent = nullptr);
+    ~frmZbiorowka() override;
 
     // Fills the list again from the stored documents of the day and account shown.
     void refill();
