@@ -1,5 +1,6 @@
 // Bank files, measured: 10,000 payments checked and written to Elixir-O and to
 // pain.001.001.03 XML, with the time of each step and the size of each file.
+#include "BenchFirm.h"
 #include "documents/ChoiceLists.h"
 #include "documents/FirmData.h"
 #include "documents/PaymentDocument.h"
@@ -13,12 +14,7 @@
 int main()
 {
     constexpr int count = 10000;
-    FirmData firm;
-    firm.nazwa = QStringLiteral("Zakład Ślusarski Żółć");
-    firm.ulica = QStringLiteral("Długa");
-    firm.nrDomu = QStringLiteral("5");
-    firm.kod = QStringLiteral("90-001");
-    firm.miasto = QStringLiteral("Łódź");
+    FirmData firm = benchFirm();
     firm.nip = QStringLiteral("5261040828");
     QList<PaymentDocument> docs;
     const QDate day(2026, 11, 23);
