@@ -10,6 +10,7 @@
 #include "validation/CheckDigits.h"
 #include "validation/Sprawdz.h"
 #include "words/Slownie.h"
+#include "db/Dialect.h"
 #include "db/FirmDatabase.h"
 #include "documents/ChoiceLists.h"
 #include "exchange/BankFile.h"
@@ -46,14 +47,15 @@ int newFirm(const QStringList &args)
         return 2;
     }
     QString path = args.first();
-    if (QFileInfo(path).suffix().isEmpty())
+    const bool onServer = Dialect::isAddress(path);
+    if (!onServer && QFileInfo(path).suffix().isEmpty())
         path += QLatin1Char('.') + FirmDatabase::Extension;
     QString error;
     if (!FirmDatabase::create(path, &error)) {
         err(error);
         return 1;
     }
-    out(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
+    out(onServer ? path.trimmed() : QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "FirmDatabase.h"
 
+#include "Dialect.h"
 #include "Structure.h"
 
 #include <QCollator>
@@ -160,10 +161,102 @@ QSqlDatabase addConnection(const QString &path, const QString &connection, bool 
     return db;
 }
 
+// A firm in a schema of a database server: the schema must hold the program's tables and
+// nothing that could change their data behind the program's back.
+std::optional<QSqlDatabase> openOnServer(const QString &address, const QString &connection, bool *readOnly,
+                                         QString *error)
+{
+    auto fail = [&](const QString &message) -> std::optional<QSqlDatabase> {
+        close(connection);
+        if (error)
+            *error = message;
+        return std::nullopt;
+    };
+    const auto a = Dialect::parseAddress(address, error);
+    if (!a)
+        return std::nullopt;
+    const QString shown = Dialect::addressText(*a);
+    QString why;
+    if (!Dialect::connect(*a, connection, &why))
+        return fail(why);
+    // Checks in a scope of their own: a connection can be removed only when no handle is left.
+    const QString problem = [&]() -> QString {
+        QSqlDatabase db = QSqlDatabase::database(connection, false);
+        if (!Structure::tableExists(db, QStringLiteral("ZLECANKI")) || !Structure::tableExists(db, QStringLiteral("FIRMA")))
+            return QStringLiteral("Pod tym adresem nie ma bazy danych firmy programu Zlecanki:\n") + shown;
+        if (const QString foreign = foreignObjects(db, a->schema); !foreign.isEmpty())
+            return foreign + QLatin1Char('\n') + shown;
+        if (!Dialect::definePostgresHelpers(db, &why))
+            return QStringLiteral("Nie można przygotować bazy danych firmy na serwerze:\n") + shown + QLatin1Char('\n') + why;
+        if (readOnly) {
+            QSqlQuery q(db);
+            *readOnly = !(q.exec(QStringLiteral("SELECT has_table_privilege('zlecanki', 'INSERT,UPDATE') AND "
+                                                 "has_table_privilege('firma', 'UPDATE')")) &&
+                          q.next() && q.value(0).toBool());
+        }
+        return {};
+    }();
+    if (!problem.isEmpty())
+        return fail(problem);
+    return QSqlDatabase::database(connection, false);
+}
+
+bool createOnServer(const QString &address, QString *error)
+{
+    const auto a = Dialect::parseAddress(address, error);
+    if (!a)
+        return false;
+    const QString shown = Dialect::addressText(*a);
+    const QString connection = QStringLiteral("zlecanki-create-") + shown;
+    auto fail = [&](const QString &message) {
+        if (error)
+            *error = QStringLiteral("Nie można utworzyć bazy danych firmy:\n") + shown + QLatin1Char('\n') + message;
+        return false;
+    };
+    QString why;
+    bool ok = false;
+    if (!Dialect::connect(*a, connection, &why)) {
+        close(connection);
+        if (error)
+            *error = why;
+        return false;
+    }
+    {
+        QSqlDatabase db = QSqlDatabase::database(connection, false);
+        QSqlQuery q(db);
+        q.prepare(QStringLiteral("SELECT 1 FROM information_schema.schemata WHERE schema_name = ?"));
+        q.addBindValue(a->schema);
+        const bool schemaThere = q.exec() && q.next();
+        if (schemaThere && Structure::tableExists(db, QStringLiteral("ZLECANKI"))) {
+            why = QStringLiteral("Firma już istnieje pod tym adresem, nie zostanie nadpisana.");
+        } else if (!schemaThere && !q.exec(QStringLiteral("CREATE SCHEMA \"") + a->schema + QLatin1Char('"'))) {
+            why = q.lastError().text();
+        } else if (Dialect::definePostgresHelpers(db, &why) && Structure::CreateDatabase(db, &why)) {
+            Structure::UpgradeStructure(db);
+            ok = Structure::tableExists(db, QStringLiteral("OdwolaniaSerwera"));
+            if (!ok)
+                why = QStringLiteral("Nie udało się uzupełnić struktury bazy.");
+        }
+        // Nothing half-built stays behind: a schema made here goes whole, in a schema that
+        // was there only the program's tables go.
+        if (!ok && !schemaThere) {
+            q.exec(QStringLiteral("DROP SCHEMA IF EXISTS \"") + a->schema + QStringLiteral("\" CASCADE"));
+        } else if (!ok && why != QStringLiteral("Firma już istnieje pod tym adresem, nie zostanie nadpisana.")) {
+            for (const Structure::Table &t : Structure::fullTables())
+                q.exec(QStringLiteral("DROP TABLE IF EXISTS ") + Structure::quoted(db, t.name));
+            q.exec(QStringLiteral("DROP TABLE IF EXISTS odwolaniaserwera"));
+        }
+    }
+    close(connection);
+    return ok || fail(why);
+}
+
 } // namespace
 
 std::optional<QSqlDatabase> open(const QString &path, const QString &connection, bool *readOnly, QString *error)
 {
+    if (Dialect::isAddress(path))
+        return openOnServer(path, connection, readOnly, error);
     auto fail = [&](const QString &message) -> std::optional<QSqlDatabase> {
         if (error)
             *error = message;
@@ -206,19 +299,19 @@ std::optional<QSqlDatabase> open(const QString &path, const QString &connection,
 
 QString foreignObjects(const QSqlDatabase &db, const QString &schema)
 {
-    QSqlQuery q(db);
-    if (!q.exec(QStringLiteral("SELECT type, name, tbl_name FROM ") + Structure::quoted(schema) +
-                QStringLiteral(".sqlite_master WHERE type IN ('view', 'trigger') ORDER BY type, name")))
-        return QStringLiteral("Nie można odczytać spisu tabel bazy danych: ") + Structure::explainError(q.lastError());
+    QString why;
+    const auto objects = Dialect::schemaObjects(db, schema, &why);
+    if (!objects)
+        return QStringLiteral("Nie można odczytać spisu tabel bazy danych: ") + why;
     QStringList found;
-    while (q.next()) {
-        const QString name = q.value(1).toString();
-        const QString table = q.value(2).toString();
-        if (q.value(0).toString() == QLatin1String("view")) {
-            if (programTable(name))
-                found << QStringLiteral("widok %1 w miejscu tabeli programu").arg(name);
-        } else if (programTable(table)) {
-            found << QStringLiteral("wyzwalacz %1 na tabeli %2").arg(name, table);
+    for (const Dialect::SchemaObject &o : *objects) {
+        if (o.kind == QLatin1String("view")) {
+            if (programTable(o.name))
+                found << QStringLiteral("widok %1 w miejscu tabeli programu").arg(o.name);
+        } else if (programTable(o.table)) {
+            found << (o.kind == QLatin1String("rule") ? QStringLiteral("reguła %1 na tabeli %2")
+                                                      : QStringLiteral("wyzwalacz %1 na tabeli %2"))
+                         .arg(o.name, o.table);
         }
     }
     if (found.isEmpty())
@@ -240,6 +333,8 @@ void close(const QString &connection)
 
 bool create(const QString &path, QString *error)
 {
+    if (Dialect::isAddress(path))
+        return createOnServer(path, error);
     const QFileInfo fi(path);
     if (fi.exists()) {
         if (error)

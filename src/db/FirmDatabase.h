@@ -5,9 +5,11 @@
 
 #include <optional>
 
-// Firm database files: one SQLite file per firm. Opening checks that the file is there,
-// readable, a database and a firm's database, and falls back to read-only when the file
-// (or its folder) may not be written, so a firm on a write-protected medium can be viewed.
+// Firm databases: one SQLite file per firm, or a schema of a PostgreSQL database named by an
+// address (postgresql://host:port/database?schema=NAME) for an office whose workstations
+// share their firms. Opening checks that the file (or schema) is there, readable, a firm's
+// database with nothing foreign in it, and falls back to read-only when it may not be
+// written, so a firm on a write-protected medium can be viewed.
 namespace FirmDatabase {
 
 inline const QString Extension = QStringLiteral("zlc");
@@ -22,7 +24,8 @@ struct OpenError {
 std::optional<QSqlDatabase> open(const QString &path, const QString &connection, bool *readOnly, QString *error);
 // Closes and forgets a connection; every query on it must be gone.
 void close(const QString &connection);
-// Creates a new firm file with the full, current structure. Refuses an existing path.
+// Creates a new firm (file or schema on a server) with the full, current structure.
+// Refuses an existing file or a schema that already holds a firm.
 bool create(const QString &path, QString *error);
 
 // A file made elsewhere is not trusted: the program's tables may not carry triggers and

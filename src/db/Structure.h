@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include "db/Dialect.h"
+
 // The firm database: every table, column, width and index, how a new database is built
 // and how an older one is brought up to date on each opening.
 //
@@ -20,6 +22,11 @@
 //   Boolean  BOOLEAN, 0 or 1
 //   Double   DOUBLE
 // Index names carry their table's name, since SQLite keeps one namespace for indexes.
+//
+// On a PostgreSQL server the same columns take the server's types: VARCHAR(N), TEXT, INTEGER
+// (a counter is an identity column), SMALLINT, the domain CURRENCY over BIGINT, DATE, the
+// domain TAK_NIE (0 or 1) and DOUBLE PRECISION; names are in lower case, and a table without
+// a counter has a column "rowid", the row number SQLite keeps without one.
 namespace Structure {
 
 enum class ColumnType { Text, Long, Integer, Currency, Date, Boolean, Memo, Double };
@@ -55,11 +62,14 @@ const Column *findColumn(const QString &table, const QString &column);
 // The SQLite name of an index of a table.
 QString indexName(const QString &table, const QString &index);
 // The column's definition as it stands in CREATE TABLE / ADD COLUMN.
-QString columnSql(const Column &column);
+QString columnSql(const Column &column, Dialect::Engine engine = Dialect::Engine::Sqlite);
 // The column type behind a declared SQLite type of ours (Text for anything unknown).
 ColumnType typeOfDeclared(const QString &declaredType);
-// Identifier quoted for SQL text.
+// Identifier quoted for SQL text, letter case kept (for SQLite, which ignores it).
 QString quoted(const QString &identifier);
+// A table or column name quoted for the engine of `db`: on the server, names are in lower
+// case, as unquoted names in queries are read.
+QString quoted(const QSqlDatabase &db, const QString &identifier);
 
 // Begins a transaction that takes the write lock at once, so a second writer waits for it
 // (within the busy timeout) instead of failing when it turns from reading to writing.
@@ -82,5 +92,7 @@ bool ZeroToNull(QSqlDatabase &db, const QString &table);
 // A clear Polish message for a failed statement on a firm database: too long text,
 // not an amount, not a date, a duplicate key, a read-only or busy file.
 QString explainError(const QSqlError &error);
+// True when a statement failed because a number went beyond its column's range.
+bool isOutOfRange(const QSqlError &error);
 
 } // namespace Structure

@@ -1,5 +1,6 @@
 #include "Transaction.h"
 
+#include "db/Dialect.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -24,6 +25,12 @@ bool Transaction::commit()
     if (!m_active)
         return false;
     QSqlQuery q(m_db);
+    // The other workstations of a shared firm hear of the change when it is committed.
+    if (Dialect::isPostgres(m_db) &&
+        !q.exec(QStringLiteral("SELECT pg_notify('zlecanki_' || current_schema(), 'zmiana')"))) {
+        m_error = Structure::explainError(q.lastError());
+        return false;
+    }
     if (q.exec(QStringLiteral("COMMIT"))) {
         m_active = false;
         return true;

@@ -2,6 +2,7 @@
 
 #include "db/Transaction.h"
 #include "Firm.h"
+#include "db/Dialect.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -130,28 +131,26 @@ bool chargeStored(QSqlDatabase &db, int n, Money amount, QString *error)
     if (!ensureFirmRow(db, error))
         return false;
     // The column name comes from a checked number; the amount is bound, in exact units.
-    const QString col = Structure::quoted(balanceColumn(n));
-    // The new balance is worked out here rather than in SQL, where an overflow would
-    // quietly turn the exact amount into a floating-point one.
-    QSqlQuery read(db);
-    if (!read.exec(QStringLiteral("SELECT COALESCE(") + col + QStringLiteral(", 0) FROM firma ORDER BY rowid LIMIT 1")) ||
-        !read.next()) {
-        setError(error, Structure::explainError(read.lastError()));
+    // One statement reads and writes the balance, so two workstations charging one account
+    // at the same moment both count. An overflow is refused rather than stored: SQLite would
+    // quietly turn the sum into a floating-point number, the server stops with an error.
+    const QString col = balanceColumn(n);
+    const QString balance = QStringLiteral("COALESCE(") + col + QStringLiteral(", 0) - ?");
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("UPDATE firma SET ") + col + QStringLiteral(" = ") + balance +
+              QStringLiteral(" WHERE rowid = (SELECT min(rowid) FROM firma) AND ") + Dialect::exactInteger(db, balance));
+    q.addBindValue(amount.units());
+    if (!Dialect::isPostgres(db))
+        q.addBindValue(amount.units());
+    const bool done = q.exec();
+    if (!done && !Structure::isOutOfRange(q.lastError())) {
+        setError(error, Structure::explainError(q.lastError()));
         return false;
     }
-    const auto balance = Money::fromUnits(read.value(0).toLongLong()).checkedSub(amount);
-    if (!balance) {
+    if (!done || q.numRowsAffected() != 1) {
         setError(error, QStringLiteral("Stan rachunku nr %1 wyszedłby poza zakres kwot, które program może "
                                        "zapisać. Nic nie zostało zapisane.")
                             .arg(n));
-        return false;
-    }
-    QSqlQuery q(db);
-    q.prepare(QStringLiteral("UPDATE firma SET ") + col +
-              QStringLiteral(" = ? WHERE rowid = (SELECT min(rowid) FROM firma)"));
-    q.addBindValue(balance->units());
-    if (!q.exec()) {
-        setError(error, Structure::explainError(q.lastError()));
         return false;
     }
     return true;

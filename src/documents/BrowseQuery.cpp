@@ -36,7 +36,8 @@ Query build(const Filter &filter)
         q.values << isoDay(filter.year, 1, 1) << isoDay(filter.year, 12, 31);
         break;
     case Period::Month:
-        q.sql += QStringLiteral("substr(data_dokumentu,6,2)=?");
+        // The date as ISO text on both engines (a SQLite date is that text already).
+        q.sql += QStringLiteral("substr(CAST(data_dokumentu AS TEXT),6,2)=?");
         q.values << QStringLiteral("%1").arg(filter.month, 2, 10, QLatin1Char('0'));
         break;
     case Period::Days:

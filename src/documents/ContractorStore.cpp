@@ -1,5 +1,6 @@
 #include "ContractorStore.h"
 
+#include "db/Dialect.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -54,7 +55,7 @@ std::optional<qint32> insertRow(QSqlDatabase &db, const Contractor &c, QString *
     bindFields(q, c);
     if (!q.exec())
         return failed<qint32>(q, error);
-    return static_cast<qint32>(q.lastInsertId().toLongLong());
+    return static_cast<qint32>(Dialect::insertedId(q, db));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "DateText.h"
 #include "db/Transaction.h"
 #include "Firm.h"
+#include "db/Dialect.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -250,7 +251,7 @@ std::optional<qint32> insert(QSqlDatabase db, PaymentDocument &doc, QString *err
         failed(q, error);
         return std::nullopt;
     }
-    d.id = static_cast<qint32>(q.lastInsertId().toLongLong());
+    d.id = static_cast<qint32>(Dialect::insertedId(q, db));
     if (!Accounts::chargeStored(db, d.banknr, d.wartosc, error))
         return std::nullopt;
     if (alongside && !alongside(db, d.id, error))

@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "Dialogs.h"
 #include "Messages.h"
+#include "db/Dialect.h"
 #include "db/FirmDatabase.h"
 #include "db/MdbConversion.h"
 #include "db/MdbReader.h"
@@ -10,7 +11,9 @@
 #include "Accounts.h"
 #include "ScheduledPayments.h"
 
+#include <QDateTime>
 #include <QFileInfo>
+#include <QSqlDriver>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
@@ -40,6 +43,45 @@ bool checkDuePayments(const QSqlDatabase &db)
     if (!due)
         ErrorReport(error);
     return due && !due->isEmpty();
+}
+
+// A shared firm on a server: what another workstation commits is announced on the firm's
+// channel, and this one reads its accounts again and lets its windows follow.
+void listenToOtherWorkstations(QSqlDatabase &db)
+{
+    if (!Dialect::isPostgres(db))
+        return;
+    QSqlDriver *driver = db.driver();
+    driver->subscribeToNotification(Dialect::changeChannel(db));
+    static QMetaObject::Connection listening;
+    QObject::disconnect(listening);
+    listening = QObject::connect(driver, &QSqlDriver::notification, &FirmEvents::instance(),
+                     [](const QString &, QSqlDriver::NotificationSource source, const QVariant &) {
+                         if (source == QSqlDriver::SelfSource || !isFirmOpen())
+                             return;
+                         QSqlDatabase firm = Db();
+                         Accounts::load(firm);
+                         Q_EMIT FirmEvents::instance().accountsChanged();
+                         Q_EMIT FirmEvents::instance().changedElsewhere();
+                     });
+}
+
+// After the server was lost the connection is made again on the next use, at most every two
+// seconds, so a window asking many times while the server is down does not wait each time.
+void reconnectWhenBroken()
+{
+    static QDateTime lastTry;
+    QSqlDatabase db = QSqlDatabase::database(Connection, false);
+    if (!Dialect::broken(db))
+        return;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (lastTry.isValid() && lastTry.msecsTo(now) < 2000)
+        return;
+    lastTry = now;
+    const auto address = Dialect::parseAddress(current().file);
+    QString error;
+    if (address && Dialect::reconnect(db, *address, &error))
+        listenToOtherWorkstations(db);
 }
 
 } // namespace
@@ -82,6 +124,8 @@ void ShowProgress(const QString &text, int percent)
 
 QString resolveFirmPath(const QString &name)
 {
+    if (Dialect::isAddress(name))
+        return name.trimmed();
     if (name.contains(QLatin1Char('/')))
         return QFileInfo(name).absoluteFilePath();
     return appState().bazyPath + name;
@@ -109,7 +153,8 @@ bool OpenDb(const QString &name)
         return false;
     }
     QSqlDatabase db = *opened;
-    current() = OpenFirm{QFileInfo(path).absoluteFilePath(), readOnly};
+    current() = OpenFirm{Dialect::isAddress(path) ? path : QFileInfo(path).absoluteFilePath(), readOnly};
+    listenToOtherWorkstations(db);
 
     ShowProgress(QStringLiteral("Ładuję dodatki"), 40);
     Structure::UpgradeStructure(db);
@@ -151,7 +196,10 @@ bool isFirmOpen()
 
 QSqlDatabase Db()
 {
-    return isFirmOpen() ? QSqlDatabase::database(Connection, false) : QSqlDatabase();
+    if (!isFirmOpen())
+        return QSqlDatabase();
+    reconnectWhenBroken();
+    return QSqlDatabase::database(Connection, false);
 }
 
 QString firmFile()
@@ -187,6 +235,10 @@ QString firmDisplayName()
         const QString miasto = q.value(1).toString().trimmed();
         if (!nazwa.isEmpty())
             return miasto.isEmpty() ? nazwa : nazwa + QStringLiteral(", ") + miasto;
+    }
+    if (Dialect::isAddress(firmFile())) {
+        if (const auto address = Dialect::parseAddress(firmFile()))
+            return address->schema == QLatin1String("public") ? address->database : address->schema;
     }
     if (QFileInfo(firmFile()) == QFileInfo(standardFirmPath()))
         return StandardFirmName;

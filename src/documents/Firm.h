@@ -26,6 +26,8 @@ Q_SIGNALS:
     // The firm's accounts were read again (firm data saved, a firm imported): every open
     // list of accounts follows.
     void accountsChanged();
+    // Another workstation of a shared firm committed a change: lists of documents follow.
+    void changedElsewhere();
 };
 
 // Shows a loading step: text and percentage (a negative percentage keeps the previous one).
@@ -42,7 +44,7 @@ void CloseDb();
 
 bool isFirmOpen();
 QSqlDatabase Db();
-// The open firm's file (absolute path), empty when none.
+// The open firm's file (absolute path) or server address, empty when none.
 QString firmFile();
 // The open firm may only be viewed; true also when none is open.
 bool firmReadOnly();

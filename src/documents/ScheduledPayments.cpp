@@ -154,6 +154,29 @@ bool markIssued(QSqlDatabase db, const QString &name, int month, QString *error)
     return q.numRowsAffected() > 0 || fail(missing(name), error);
 }
 
+std::optional<bool> claimIssue(QSqlDatabase db, const QString &name, int month, QString *error)
+{
+    QSqlQuery q(db);
+    q.prepare(QStringLiteral("UPDATE cykliczne SET LASTWYSTAWM = ? WHERE NAZWA = ? AND (LASTWYSTAWM IS NULL OR LASTWYSTAWM <> ?)"));
+    q.addBindValue(month);
+    q.addBindValue(name);
+    q.addBindValue(month);
+    if (!q.exec()) {
+        fail(Structure::explainError(q.lastError()), error);
+        return std::nullopt;
+    }
+    if (q.numRowsAffected() > 0)
+        return true;
+    QSqlQuery there(db);
+    there.prepare(QStringLiteral("SELECT 1 FROM cykliczne WHERE NAZWA = ?"));
+    there.addBindValue(name);
+    if (!there.exec() || !there.next()) {
+        fail(missing(name), error);
+        return std::nullopt;
+    }
+    return false;
+}
+
 std::optional<QList<DuePayment>> due(const QSqlDatabase &db, const QDate &today, QString *error)
 {
     const int month = today.month();

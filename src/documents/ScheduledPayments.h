@@ -63,6 +63,10 @@ SaveResult update(QSqlDatabase db, const QString &oldName, const ScheduledPaymen
 bool remove(QSqlDatabase db, const QString &name, QString *error = nullptr);
 // Marks the payment as issued in `month`: it then drops out of the alarm for that month.
 bool markIssued(QSqlDatabase db, const QString &name, int month, QString *error = nullptr);
+// Marks the payment as issued in `month` unless it already is: true when this call set the
+// mark, false when it was set before (on another workstation of a shared firm, say), nothing
+// on an error. The check and the mark are one statement, so two workstations cannot both win.
+std::optional<bool> claimIssue(QSqlDatabase db, const QString &name, int month, QString *error = nullptr);
 
 // The payments due on `today`: flagged for its month, alarm day reached, not issued from
 // the alarm in this month number; ordered by the payment day.

@@ -44,7 +44,7 @@ Condition BuildPeriodCondition(const Period &period, const QString &column)
         break;
     case PeriodKind::Month:
         // The month of every year: the report has always asked for the month alone.
-        c.sql = QStringLiteral("substr(") + column + QStringLiteral(",6,2)=?");
+        c.sql = QStringLiteral("substr(CAST(") + column + QStringLiteral(" AS TEXT),6,2)=?");
         c.values << QStringLiteral("%1").arg(period.month, 2, 10, QLatin1Char('0'));
         break;
     case PeriodKind::Range: {

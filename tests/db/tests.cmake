@@ -1,2 +1,3 @@
 zlecanki_test(tst_structure db/tst_structure.cpp)
 zlecanki_test(tst_mdbconversion db/tst_mdbconversion.cpp)
+zlecanki_test(tst_server db/tst_server.cpp)

@@ -1,12 +1,15 @@
 #include "TestFirm.h"
 
 #include "documents/Firm.h"
+#include "db/Dialect.h"
 #include "db/FirmDatabase.h"
 #include "documents/Accounts.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
 #include "reports/ReportPrintout.h"
 
+#include <QCoreApplication>
+#include <QHash>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -29,14 +32,45 @@ FirmData sampleFirm()
     return firm;
 }
 
+QString testServer()
+{
+    return qEnvironmentVariable("ZLECANKI_PG").trimmed();
+}
+
+bool firmsOnServer()
+{
+    return qEnvironmentVariableIntValue("ZLECANKI_TEST_SERVER") == 1;
+}
+
+QString firmLocation(const QString &path)
+{
+    if (!firmsOnServer() || testServer().isEmpty())
+        return path;
+    static QHash<QString, QString> given;
+    if (const auto it = given.constFind(path); it != given.cend())
+        return *it;
+    const QString schema = QStringLiteral("t%1_%2").arg(QCoreApplication::applicationPid()).arg(given.size() + 1);
+    {
+        const auto address = Dialect::parseAddress(testServer());
+        if (address && Dialect::connect(*address, QStringLiteral("test-server"), nullptr))
+            QSqlQuery(QSqlDatabase::database(QStringLiteral("test-server"), false))
+                .exec(QStringLiteral("DROP SCHEMA IF EXISTS ") + schema + QStringLiteral(" CASCADE"));
+    }
+    FirmDatabase::close(QStringLiteral("test-server"));
+    const QString address = testServer() + QStringLiteral("?schema=") + schema;
+    given.insert(path, address);
+    return address;
+}
+
 bool openNewFirm(const QString &path, const std::optional<FirmData> &firm)
 {
     QString error;
-    if (!FirmDatabase::create(path, &error)) {
+    const QString location = firmLocation(path);
+    if (!FirmDatabase::create(location, &error)) {
         qWarning("%s", qPrintable(error));
         return false;
     }
-    if (!OpenDb(path))
+    if (!OpenDb(location))
         return false;
     return !firm || FirmStore::save(Db(), *firm, std::bitset<Accounts::Count>().set());
 }

@@ -12,7 +12,23 @@
 // A firm with a full address, NIP, short name and ZUS identifier.
 FirmData sampleFirm();
 
-// Creates a firm file at `path` and opens it; with `firm` given, stores it with every account.
+// The PostgreSQL server of the test run (scripts/pg-cluster prints it, scripts/test puts it in
+// ZLECANKI_PG): "postgresql://..." without a schema, empty when there is none.
+QString testServer();
+// True when this run keeps its firms on the server (CTest's "_pg" runs set ZLECANKI_TEST_SERVER).
+bool firmsOnServer();
+// Where the test firm called `path` lives: the path itself, or (on the server) the address of
+// a schema of its own, emptied when first asked for.
+QString firmLocation(const QString &path);
+// For initTestCase: skips a server run when no server was started.
+#define SKIP_WITHOUT_SERVER()                                                                                  \
+    do {                                                                                                       \
+        if (firmsOnServer() && testServer().isEmpty())                                                         \
+            QSKIP("Brak serwera PostgreSQL dla testów (ZLECANKI_PG): uruchom scripts/pg-cluster start KATALOG"); \
+    } while (false)
+
+// Creates a firm at `path` (on the server when the run says so) and opens it; with `firm`
+// given, stores it with every account.
 bool openNewFirm(const QString &path, const std::optional<FirmData> &firm = std::nullopt);
 
 // A document of `kind` as users fill it in: recipient in Kraków, amount 1234,50.

@@ -206,6 +206,8 @@ frmprzegladanie::frmprzegladanie(QWidget *parent) : QWidget(parent)
     buttons->insertWidget(5, doBanku);
     connect(doBanku, &QPushButton::clicked, this, &frmprzegladanie::sendToBank);
     connect(koniec, &QPushButton::clicked, this, [this] { closeWindow(this); });
+    // Documents written on another workstation of a shared firm appear here too.
+    connect(&FirmEvents::instance(), &FirmEvents::changedElsewhere, this, &frmprzegladanie::refresh);
 
     refresh();
     resize(760, 420);

@@ -81,6 +81,22 @@ frmprzelew *frmzap_term::issue()
         return nullptr;
     }
     const QDate today = appState().today;
+    // The mark is set as the window is filled, before the user saves: the payment counts
+    // as issued for this month even when the document is abandoned. Set only when not set
+    // yet, so a payment issued meanwhile on another workstation is not issued twice.
+    if (!firmReadOnly()) {
+        const auto claimed = ScheduledPayments::claimIssue(Db(), name, today.month(), &error);
+        if (!claimed || !*claimed) {
+            if (claimed)
+                dialogs().information(QStringLiteral("Zapłata „%1” została już wystawiona w tym miesiącu "
+                                                     "(na innym stanowisku).")
+                                          .arg(name));
+            else
+                ErrorReport(error);
+            fillList();
+            return nullptr;
+        }
+    }
     PaymentDocument doc = ScheduledPayments::issueDocument(*payment, today, Accounts::list());
     if (doc.banknr == 0 && !payment->bankFirmy.isEmpty())
         dialogs().information(QStringLiteral("Konta „%1” tej zapłaty nie ma już wśród kont firmy. "
@@ -92,11 +108,6 @@ frmprzelew *frmzap_term::issue()
 
     auto *entry = qobject_cast<frmprzelew *>(WindowHost::open(this, new frmprzelew(EntryRules::New, doc.rodzaj)));
     entry->showDocument(doc);
-
-    // The mark is set as the window is filled, before the user saves: the payment counts
-    // as issued for this month even when the document is abandoned.
-    if (!firmReadOnly() && !ScheduledPayments::markIssued(Db(), name, today.month(), &error))
-        ErrorReport(error);
     fillList();
     return entry;
 }
