@@ -5,6 +5,7 @@
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "documents/ChoiceLists.h"
+#include "documents/ZusAccount.h"
 #include "print/CollectiveStatement.h"
 #include "print/PaymentQr.h"
 #include "print/PrinterCalibration.h"
@@ -116,6 +117,8 @@ private Q_SLOTS:
     void amountInBoxesAndWords_data();
     void amountInBoxesAndWords();
     void zusAccountAndPeriod();
+    void zusContributionAccount_data();
+    void zusContributionAccount();
     void taxIdentifierAndPeriod_data();
     void taxIdentifierAndPeriod();
     void partsOnSheets_data();
@@ -301,6 +304,50 @@ void TestSlips::zusAccountAndPeriod()
         QCOMPARE(boxText(pdf, Zus.paymentType, corner), wstawiany ? QString() : QStringLiteral("A"));
         QCOMPARE(boxText(pdf, Zus.payer, corner), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
     }
+}
+
+void TestSlips::zusContributionAccount_data()
+{
+    QTest::addColumn<int>("zusAccount");
+    QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QStringList>("absent");
+    QTest::addColumn<QString>("warning"); // part of the box shown before printing; empty: none
+    const QString nrs = QStringLiteral("44600000020260015261040828");
+    QTest::newRow("on the NRS") << int(ZusAccount::Individual)
+                                << QStringList{"Polecenie przelewu", "Zakład Ubezpieczeń Społecznych", "SkładkiZUS",
+                                               "03/2026,dekl.", nrs}
+                                << QStringList{"01. Nr rachunku bankowego ZUS", "Hurtownia"} << "";
+    QTest::newRow("on a closed account")
+        << 1 << QStringList{"01. Nr rachunku bankowego ZUS", "78101010230000261395200000"}
+        << QStringList{"Polecenie przelewu", nrs}
+        << "Rachunek ZUS \"Ubezpieczenie zdrowotne\" zamknięto z końcem 2017 roku";
+}
+
+// A firm with its own contribution account (NRS) pays ZUS with a plain transfer to it.
+void TestSlips::zusContributionAccount()
+{
+    QFETCH(int, zusAccount);
+    QFETCH(QStringList, present);
+    QFETCH(QStringList, absent);
+    QFETCH(QString, warning);
+    RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    PaymentDocument doc = sampleDocument(5);
+    doc.zus.nrRachunku = qint16(zusAccount);
+    QCOMPARE(ZusAccount::transferTitle(doc.zus), QStringLiteral("Składki ZUS 03/2026, dekl. 01, typ S"));
+    const PdfContent pdf = print(doc, {}, QStringLiteral("dprzelewZus"));
+    QVERIFY(pdf.ok);
+    // Account and title stand one character per box: compare without the gaps between them.
+    const QString text = pdf.text().simplified();
+    const QString digits = QString(text).remove(QLatin1Char(' '));
+    for (const QString &p : present)
+        QVERIFY2(text.contains(p) || digits.contains(p), qPrintable(p));
+    for (const QString &a : absent)
+        QVERIFY2(!text.contains(a) && !digits.contains(a), qPrintable(a));
+    QCOMPARE(d.saw(QStringLiteral("zamknięto z końcem 2017")), !warning.isEmpty());
+    QVERIFY(warning.isEmpty() || d.saw(warning));
 }
 
 void TestSlips::taxIdentifierAndPeriod_data()
