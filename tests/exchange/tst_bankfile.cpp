@@ -31,33 +31,19 @@ const QString PayeeAccount = QStringLiteral("PL57 1140 2004 0000 3002 0123 4567"
 const QString TaxAccount = QStringLiteral("16101000712222526104082800");
 const QString NrsAccount = QStringLiteral("44600000020260015261040828");
 
-// One Elixir-O line split into its fields: quoted ones lose their quotes, and a field
-// that was quoted is marked with a leading '"' kept in `quoted`.
-struct ElixirLine {
-    QStringList fields;
-    QList<bool> quoted;
-};
-
-ElixirLine readElixirLine(const QString &line)
+// One Elixir-O line split into its fields, each quoted one still in its quotes.
+QStringList elixirFields(const QString &line)
 {
-    ElixirLine out;
-    QString field;
-    bool inQuotes = false, wasQuoted = false;
+    QStringList out{QString()};
+    bool inQuotes = false;
     for (QChar c : line) {
-        if (c == QLatin1Char('"')) {
-            inQuotes = !inQuotes;
-            wasQuoted = true;
-        } else if (c == QLatin1Char(',') && !inQuotes) {
-            out.fields << field;
-            out.quoted << wasQuoted;
-            field.clear();
-            wasQuoted = false;
+        if (c == u',' && !inQuotes) {
+            out << QString();
         } else {
-            field += c;
+            out.last() += c;
+            inQuotes ^= c == u'"';
         }
     }
-    out.fields << field;
-    out.quoted << wasQuoted;
     return out;
 }
 
@@ -202,32 +188,31 @@ void TestBankFile::elixirLines()
     const BankFile::Outcome out = BankFile::send(Db(), {doc.id}, o, m_path, false);
     QVERIFY2(out.written, qPrintable(out.problems.join(QLatin1Char('\n'))));
 
-    QFile f(m_path);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    const QByteArray bytes = f.readAll();
+    const QByteArray bytes = readFile(m_path);
     QVERIFY(bytes.endsWith("\r\n"));
     QCOMPARE(bytes.count('\n'), 1);
     QVERIFY(bytes.contains(payeeBytes));
     QStringDecoder dec(o.encoding == BankFile::Encoding::Cp852 ? "IBM852"
                        : o.encoding == BankFile::Encoding::Iso8859_2 ? "ISO-8859-2" : "windows-1250");
-    const ElixirLine line = readElixirLine(QString(dec.decode(bytes)).chopped(2));
-    QCOMPARE(line.fields.size(), 16);
-    const QList<bool> quoted = {false, false, false, false, false, true, true, true,
-                                true,  false, false, true,  true,  true,  true, true};
-    QCOMPARE(line.quoted, quoted);
-    QCOMPARE(line.fields.at(0), QStringLiteral("110"));
-    QCOMPARE(line.fields.at(1), QStringLiteral("20261123"));
-    QCOMPARE(line.fields.at(2), QStringLiteral("123450"));
-    QCOMPARE(line.fields.at(3), QStringLiteral("10202964"));
-    QCOMPARE(line.fields.at(5), BankFile::accountDigits(FirmAccount));
+    QStringList fields = elixirFields(QString(dec.decode(bytes)).chopped(2));
+    QList<bool> quoted;
+    for (QString &field : fields) {
+        quoted << field.startsWith(u'"');
+        field.remove(u'"');
+    }
+    QCOMPARE(fields.size(), 16);
+    QCOMPARE(quoted, QList<bool>({false, false, false, false, false, true, true, true, true, false, false, true, true,
+                                  true, true, true}));
+    QCOMPARE(fields.mid(0, 4), QStringList({"110", "20261123", "123450", "10202964"}));
+    QCOMPARE(fields.at(5), BankFile::accountDigits(FirmAccount));
     const QString payeeAccount = BankFile::accountDigits(kind == 5 ? NrsAccount : doc.klientKonto);
-    QCOMPARE(line.fields.at(6), payeeAccount);
-    QCOMPARE(line.fields.at(7), QStringLiteral("Zakład Ślusarski Żółć|Długa 5|90-001 Łódź"));
-    QCOMPARE(line.fields.at(8), kind == 5 ? ZusName : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
-    QCOMPARE(line.fields.at(10), payeeAccount.mid(2, 8));
-    QCOMPARE(line.fields.at(11), expectedTitle);
-    QCOMPARE(line.fields.at(14), classification);
-    for (const QString &part : line.fields.at(11).split(QLatin1Char('|')))
+    QCOMPARE(fields.at(6), payeeAccount);
+    QCOMPARE(fields.at(7), QStringLiteral("Zakład Ślusarski Żółć|Długa 5|90-001 Łódź"));
+    QCOMPARE(fields.at(8), kind == 5 ? ZusName : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
+    QCOMPARE(fields.at(10), payeeAccount.mid(2, 8));
+    QCOMPARE(fields.at(11), expectedTitle);
+    QCOMPARE(fields.at(14), classification);
+    for (const QString &part : fields.at(11).split(QLatin1Char('|')))
         QVERIFY(part.size() <= 35);
     QCOMPARE(SentStore::sentAmong(Db(), {doc.id, doc.id + 1}), QList<qint32>{doc.id});
 }
@@ -267,46 +252,35 @@ void TestBankFile::xmlAgainstSchema()
     QVERIFY(lint.waitForFinished(60000));
     QVERIFY2(lint.exitCode() == 0, lint.readAllStandardError().constData());
 
-    // Counts and sums recomputed from the transactions themselves: "NbOfTxs/CtrlSum=counted/summed".
-    QFile f(m_path);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QXmlStreamReader r(&f);
-    QStringList blocks, titles;
-    QString header;
-    Money total, blockTotal;
-    int txs = 0, blockTxs = 0;
-    const auto closeBlock = [&] {
-        if (!blocks.isEmpty())
-            blocks.last() += QStringLiteral("=%1/%2").arg(blockTxs).arg(blockTotal.plain(QLatin1Char('.')));
-        blockTxs = 0;
-        blockTotal = Money();
-    };
+    // Counts and sums stated (the whole file's, then each block's) against those recomputed
+    // from the transactions themselves.
+    QXmlStreamReader r(readFile(m_path));
+    QStringList stated{QString()}, titles;
+    QList<std::pair<int, Money>> counted(1);
     while (!r.atEnd()) {
         if (r.readNext() != QXmlStreamReader::StartElement)
             continue;
         const QString n = r.name().toString();
-        if (n == QLatin1String("PmtInf")) {
-            closeBlock();
-            blocks << QString();
-        } else if (n == QLatin1String("NbOfTxs") || n == QLatin1String("CtrlSum")) {
-            (blocks.isEmpty() ? header : blocks.last()) += r.readElementText() + (n == QLatin1String("NbOfTxs") ? "/" : "");
-        } else if (n == QLatin1String("InstdAmt")) {
+        if (n == u"PmtInf") {
+            stated << QString();
+            counted.append(std::pair<int, Money>());
+        } else if (n == u"NbOfTxs" || n == u"CtrlSum") {
+            stated.last() += r.readElementText() + (n == u"NbOfTxs" ? "/" : "");
+        } else if (n == u"InstdAmt") {
             const Money m = *Money::parse(r.readElementText());
-            total += m;
-            blockTotal += m;
-            ++txs;
-            ++blockTxs;
-        } else if (n == QLatin1String("Ustrd")) {
+            for (auto *c : {&counted.first(), &counted.last()})
+                *c = {c->first + 1, c->second + m};
+        } else if (n == u"Ustrd") {
             titles << r.readElementText();
         }
     }
-    closeBlock();
     QVERIFY2(!r.hasError(), qPrintable(r.errorString()));
-    QCOMPARE(header, QStringLiteral("%1/%2").arg(txs).arg(total.plain(QLatin1Char('.'))));
-    QCOMPARE(total, Money::fromGrosze(123450 * 3 + 5001 + 1));
+    QStringList recomputed;
+    for (const auto &[count, sum] : counted)
+        recomputed << QStringLiteral("%1/%2").arg(count).arg(sum.plain(QLatin1Char('.')));
+    QCOMPARE(stated, recomputed);
     // Account 1 on the 23rd, account 2 on the 23rd, account 1 on the 30th.
-    QCOMPARE(blocks, QStringList({QStringLiteral("3/2519.01=3/2519.01"), QStringLiteral("1/0.01=1/0.01"),
-                                  QStringLiteral("1/1234.50=1/1234.50")}));
+    QCOMPARE(stated, QStringList({"5/3753.52", "3/2519.01", "1/0.01", "1/1234.50"}));
     QVERIFY(titles.contains(QStringLiteral("/TI/N5261040828/OKR/26M03/SFP/PIT-4R/TXT/decyzja 1/2026")));
     QVERIFY(titles.contains(QStringLiteral("/VAT/10,00/IDC/5261040828/INV/FV <1> & \"2\"/TXT/")));
 }
