@@ -20,7 +20,6 @@ class TestPreview : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void pagesAndCounter();
-    void reportIsPrintedFromItsWindow();
     void copiesWindow_data();
     void copiesWindow();
 
@@ -103,14 +102,11 @@ void TestPreview::pagesAndCounter()
     const PdfContent pdf = readPdf(path);
     QCOMPARE(pdf.pages, 3);
     QCOMPARE(pdf.text(2), QStringLiteral("Strona3"));
-}
 
-void TestPreview::reportIsPrintedFromItsWindow()
-{
-    auto w = preview(QStringLiteral("raport"));
-    RecordingDialogs d;
+    // A report's preview sends the user back to the report's own window to print.
+    auto report = preview(QStringLiteral("raport"));
     m_runs = 0;
-    button(w.get(), "cmddrukuj")->click();
+    button(report.get(), "cmddrukuj")->click();
     QCOMPARE(m_runs, 0);
     QVERIFY(d.saw(QStringLiteral("Wydrukuj raport z okienka 'Raporty'")));
 }

@@ -53,11 +53,9 @@ void TestPrintCommand::printsToPdf_data()
     QTest::addColumn<QStringList>("absent");
     const QString wording =
         QStringLiteral("jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy");
-    // A new firm prints all four parts of a transfer, two to a sheet.
-    QTest::newRow("transfer") << 1 << QStringList{} << 2
-                              << QStringList{"Polecenie przelewu", "1234,50"} << QStringList{wording};
-    QTest::newRow("two copies") << 1 << QStringList{"--kopie", "2"} << 4 << QStringList{"Polecenie przelewu"}
-                                << QStringList{};
+    // A new firm prints all four parts of a transfer, two to a sheet; one copy unless told.
+    QTest::newRow("transfer, two copies") << 1 << QStringList{"--kopie", "2"} << 4
+                                          << QStringList{"Polecenie przelewu", "1234,50"} << QStringList{wording};
     QTest::newRow("without the amount")
         << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234,50", "tysiąc"};
     QTest::newRow("ZUS, its short name and account")
