@@ -9,6 +9,7 @@
 #include "SettingsStore.h"
 #include "db/FirmDatabase.h"
 #include "documents/PaymentTitles.h"
+#include "documents/ZusAccount.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -46,13 +47,6 @@ QStringList elixirFields(const QString &line)
     }
     return out;
 }
-
-int zusIndividualAccount()
-{
-    return int(ChoiceLists::zusAccounts().indexOf(QStringLiteral("Rachunek indywidualny (NRS)")));
-}
-
-const QString ZusName = QStringLiteral("Zakład Ubezpieczeń Społecznych");
 
 } // namespace
 
@@ -173,7 +167,7 @@ void TestBankFile::elixirLines()
     QFETCH(QByteArray, payeeBytes);
     const PaymentDocument doc = stored(kind, [&](PaymentDocument &d) {
         d.zaDokumentNazwa = title;
-        d.zus.nrRachunku = qint16(kind == 5 ? zusIndividualAccount() : 0);
+        d.zus.nrRachunku = qint16(kind == 5 ? ZusAccount::Individual : 0);
         d.zus.miesiac = 9;
         d.zus.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::zusYears(), 2026));
         d.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), 2026));
@@ -208,7 +202,7 @@ void TestBankFile::elixirLines()
     const QString payeeAccount = BankFile::accountDigits(kind == 5 ? NrsAccount : doc.klientKonto);
     QCOMPARE(fields.at(6), payeeAccount);
     QCOMPARE(fields.at(7), QStringLiteral("Zakład Ślusarski Żółć|Długa 5|90-001 Łódź"));
-    QCOMPARE(fields.at(8), kind == 5 ? ZusName : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
+    QCOMPARE(fields.at(8), kind == 5 ? QStringLiteral("Zakład Ubezpieczeń Społecznych") : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
     QCOMPARE(fields.at(10), payeeAccount.mid(2, 8));
     QCOMPARE(fields.at(11), expectedTitle);
     QCOMPARE(fields.at(14), classification);
