@@ -345,17 +345,14 @@ void TestBankFile::existingFileAndWrapping()
                           d.klientNazwa1 = QStringLiteral("\"Gęśla\" spółka z o.o.");
                           d.zaDokumentNazwa = QStringLiteral("Faktury 1/2026, 2/2026, 3/2026, 4/2026, 5/2026");
                       }).id;
-    QFile old(m_path);
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.write("stary");
-    old.close();
+    QVERIFY(writeFile(m_path, "stary"));
     BankFile::Options o;
     o.format = BankFile::Format::Xml;
     o.today = QDate(2026, 11, 23);
     BankFile::Outcome out = BankFile::send(Db(), {id}, o, m_path, false);
     QVERIFY(!out.written);
     QVERIFY(out.problems.join(QString()).contains(QStringLiteral("już istnieje")));
-    QCOMPARE(old.size(), 5);
+    QCOMPARE(readFile(m_path), QByteArray("stary"));
     QVERIFY(SentStore::entries(Db()).isEmpty()); // the record went back with the refused file
     // The quote is fine in XML, but Elixir-O cannot carry it.
     QVERIFY(BankFile::send(Db(), {id}, o, m_path, true).written);
@@ -455,16 +452,11 @@ void TestBankFile::fileStep()
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 0));
     QVERIFY(!QFile::exists(folderA + QStringLiteral("Przelew.pli"))); // switch off: nothing touched
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
-    QFile a(folderA + QStringLiteral("Przelew.pli"));
-    QVERIFY(a.exists());
-    QCOMPARE(a.size(), 0);
-    {
-        QVERIFY(a.open(QIODevice::Append));
-        a.write("stary wiersz\r\n");
-        a.close();
-    }
+    const QString made = folderA + QStringLiteral("Przelew.pli");
+    QVERIFY(QFile::exists(made) && readFile(made).isEmpty());
+    QVERIFY(writeFile(made, "stary wiersz\r\n"));
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
-    QCOMPARE(a.size(), qint64(14)); // left as it was
+    QCOMPARE(readFile(made), QByteArray("stary wiersz\r\n")); // left as it was
 
     QVERIFY(OpenDb(folderB + QStringLiteral("b.zlc")));
     // The sender's lines come from the firm's row as the form shows them.

@@ -241,9 +241,7 @@ void TestBankWindows::statementSendsItsDay()
     const QString path = m_env->newPath(QStringLiteral("dzien%1.pli").arg(m_files));
     typeInto(window, QStringLiteral("txtplik"), path);
     QVERIFY(window->save());
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll().count("\r\n"), 2);
+    QCOMPARE(readFile(path).count("\r\n"), 2);
 }
 
 QTEST_MAIN(TestBankWindows)
