@@ -1,28 +1,20 @@
 #include "AppState.h"
-#include "documents/Firm.h"
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
-#include "documents/Accounts.h"
 #include "documents/ContractorStore.h"
+#include "documents/Firm.h"
 #include "documents/ui/frmKontrahenci.h"
 #include "documents/ui/frmprzelew.h"
-#include "documents/FirmData.h"
 #include "exchange/Elixir.h"
-#include "print/PrintEngine.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSqlQuery>
 #include <QTest>
-
-#include <memory>
 
 namespace {
 
@@ -51,6 +43,13 @@ std::unique_ptr<frmprzelew> filledWindow(int kind, const char *name = "Hurtownia
     return w;
 }
 
+qint32 issued(int kind)
+{
+    auto w = filledWindow(kind);
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    return w->currentId();
+}
+
 } // namespace
 
 class TestFrmPrzelew : public QObject {
@@ -65,20 +64,17 @@ private Q_SLOTS:
     void correction_data();
     void correction();
     void accountsFollowFirmData();
-    void printRouteOfWindow_data();
-    void printRouteOfWindow();
     void slipAidsWhileTyping();
     void refusedSave_data();
     void refusedSave();
-    void contractorChosen();
     void zusAndTaxAccounts_data();
     void zusAndTaxAccounts();
 
 private:
-    qint32 issued(int kind);
     std::unique_ptr<TestEnv> m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     QString m_pdf;
+    QStringList m_jobs; // every slip printed
     int m_files = 0;
 };
 
@@ -94,7 +90,8 @@ void TestFrmPrzelew::init()
     QVERIFY(openNewFirm(folder + QStringLiteral("/dok.zlc"), firm));
     appState().eliksir = 0;
     m_pdf = m_env->newPath(QStringLiteral("slip%1.pdf").arg(m_files));
-    printToPdf(m_pdf);
+    m_jobs.clear();
+    printToPdf(m_pdf, &m_jobs);
     m_dialogs->clear();
 }
 
@@ -104,34 +101,27 @@ void TestFrmPrzelew::cleanup()
     m_dialogs.reset();
 }
 
-qint32 TestFrmPrzelew::issued(int kind)
-{
-    auto w = filledWindow(kind);
-    click(w.get(), QStringLiteral("cmdwystaw"));
-    return w->currentId();
-}
-
 void TestFrmPrzelew::issueEachKind_data()
 {
     QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("flags"); // ZUS_CzyZus|POD_CzyPodatki
     QTest::addColumn<QString>("printed"); // a word of the slip
     QTest::addColumn<bool>("amountPrinted"); // the answer to "Czy drukowac kwotę?"
-    QTest::newRow("transfer") << 1 << "0|0" << "Gęśla" << true;
-    QTest::newRow("transfer, amount left out") << 1 << "0|0" << "Gęśla" << false;
-    QTest::newRow("deposit") << 2 << "0|0" << "Gęśla" << true;
-    QTest::newRow("postal to account") << 3 << "0|0" << "Gęśla" << true;
-    QTest::newRow("named postal") << 4 << "0|0" << "Gęśla" << true;
-    QTest::newRow("ZUS") << 5 << "1|0" << "Społecznych" << true;
-    QTest::newRow("tax") << 6 << "0|1" << "VAT-7" << true;
+    QTest::addColumn<QString>("job");
+    QTest::newRow("transfer") << 1 << "Gęśla" << true << "dprzelew landscape";
+    QTest::newRow("transfer, amount left out") << 1 << "Gęśla" << false << "dprzelew landscape";
+    QTest::newRow("deposit") << 2 << "Gęśla" << true << "dprzelew portrait";
+    QTest::newRow("postal to account") << 3 << "Gęśla" << true << "dprzelew landscape";
+    QTest::newRow("named postal") << 4 << "Gęśla" << true << "dprzelew portrait";
+    QTest::newRow("ZUS") << 5 << "Społecznych" << true << "dprzelewZus portrait";
+    QTest::newRow("tax") << 6 << "VAT-7" << true << "dprzelew landscape";
 }
 
 void TestFrmPrzelew::issueEachKind()
 {
     QFETCH(int, kind);
-    QFETCH(QString, flags);
     QFETCH(QString, printed);
     QFETCH(bool, amountPrinted);
+    QFETCH(QString, job);
     m_dialogs->answers = {amountPrinted};
     auto w = filledWindow(kind);
     QCOMPARE(child<QLabel>(w.get(), QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 3333"));
@@ -139,12 +129,11 @@ void TestFrmPrzelew::issueEachKind()
 
     QCOMPARE(m_dialogs->callsOf(QStringLiteral("question")).value(0).text, QStringLiteral("Czy drukowac kwotę?"));
     QVERIFY(!m_dialogs->saw(QStringLiteral("nie może")) && !m_dialogs->saw(QStringLiteral("Przechwycony")));
-    QVERIFY(w->currentId() > 0);
+    QCOMPARE(m_jobs, QStringList{job + QLatin1Char(' ') + QString::number(w->currentId())});
     const QString where = QStringLiteral(" FROM zlecanki WHERE id=") + QString::number(w->currentId());
     QCOMPARE(stored(QStringLiteral("SELECT rodzaj || '|' || banknr || '|' || bank_firmy || '|' || konto_firmy || '|' || "
                                    "wartosc || '|' || data_dokumentu") + where),
              QStringLiteral("%1|3|mBank|33 3333|12345000|2026-03-05").arg(kind));
-    QCOMPARE(stored(QStringLiteral("SELECT ZUS_CzyZus || '|' || POD_CzyPodatki") + where), flags);
     if (kind == 5)
         QCOMPARE(stored(QStringLiteral("SELECT ZUS_TypWplaty || '|' || ZUS_NrDeklaracji") + where), QStringLiteral("6|01"));
     if (kind == 6)
@@ -173,9 +162,10 @@ void TestFrmPrzelew::correction_data()
     QTest::addColumn<QString>("amount"); // empty: left as it is
     QTest::addColumn<bool>("moved");     // paid from "PKO BP" instead
     QTest::addColumn<QString>("balance");
-    QTest::newRow("tax raised") << 6 << "2000" << false << "30000000";
+    QTest::addColumn<QString>("job");
+    QTest::newRow("tax raised") << 6 << "2000" << false << "30000000" << "dprzelew landscape";
     // The account paid from before keeps its charge; the user is told so first.
-    QTest::newRow("moved to another account") << 1 << "" << true << "37655000";
+    QTest::newRow("ZUS moved to another account") << 5 << "" << true << "37655000" << "dprzelewZus portrait";
 }
 
 void TestFrmPrzelew::correction()
@@ -184,6 +174,7 @@ void TestFrmPrzelew::correction()
     QFETCH(QString, amount);
     QFETCH(bool, moved);
     QFETCH(QString, balance);
+    QFETCH(QString, job);
     const qint32 id = issued(kind);
     frmprzelew w(1, qint16(kind), id);
     const QString amountField = kind == 5 ? "txtWartoscZus" : kind == 6 ? "txtWartoscPod" : "txtwartosc";
@@ -193,12 +184,22 @@ void TestFrmPrzelew::correction()
     if (moved)
         child<QComboBox>(&w, QStringLiteral("lstbank"))->setCurrentIndex(0);
     m_dialogs->clear();
+    m_jobs.clear();
     click(&w, QStringLiteral("cmdwystaw"));
     QCOMPARE(w.currentId(), id);
     QCOMPARE(balance3(), balance);
-    QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(banknr) FROM zlecanki")),
-             QStringLiteral("1|%1").arg(moved ? 1 : 3));
+    const QString state = QStringLiteral("SELECT count(*) || '|' || max(banknr) || '|' || max(data_sesji) FROM zlecanki");
+    QVERIFY(stored(state).startsWith(QStringLiteral("1|%1|").arg(moved ? 1 : 3)));
     QCOMPARE(m_dialogs->saw(QStringLiteral("Stan konta mBank nie zostanie przywrócony")), moved);
+
+    // Viewed, it prints on the general slip and changes nothing.
+    const QString before = stored(state) + balance3();
+    frmprzelew viewed(2, qint16(kind), id);
+    QVERIFY(child<QLineEdit>(&viewed, QStringLiteral("txtnazwa"))->isReadOnly());
+    click(&viewed, QStringLiteral("cmdwystaw"));
+    const QString number = QLatin1Char(' ') + QString::number(id);
+    QCOMPARE(m_jobs, (QStringList{job + number, QStringLiteral("dprzelew portrait") + number}));
+    QCOMPARE(stored(state) + balance3(), before);
 }
 
 void TestFrmPrzelew::accountsFollowFirmData()
@@ -235,47 +236,6 @@ void TestFrmPrzelew::accountsFollowFirmData()
     click(fresh.get(), QStringLiteral("cmdwystaw"));
     QVERIFY(fresh->currentId() > id);
     QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM kontrahenci")), QStringLiteral("1"));
-}
-
-void TestFrmPrzelew::printRouteOfWindow_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("job");
-    QTest::newRow("ZUS issued") << 0 << 5 << "dprzelewZus portrait";
-    QTest::newRow("ZUS viewed") << 2 << 5 << "dprzelew portrait";
-    QTest::newRow("tax corrected") << 1 << 6 << "dprzelew landscape";
-}
-
-void TestFrmPrzelew::printRouteOfWindow()
-{
-    QFETCH(int, mode);
-    QFETCH(int, kind);
-    QFETCH(QString, job);
-    QStringList jobs;
-    for (const QString &word : {QStringLiteral("dprzelew"), QStringLiteral("dprzelewZus")})
-        PrintEngine::instance().setDriver(word, [word, &jobs](PrintEngine &e) {
-            jobs << word + (e.job().orientation == QPageLayout::Landscape ? QStringLiteral(" landscape")
-                                                                          : QStringLiteral(" portrait")) +
-                        QLatin1Char(' ') + e.job().parameter.toString();
-            e.DrukTekst(QStringLiteral("x"), 0, 0);
-        });
-    std::unique_ptr<frmprzelew> w;
-    qint32 id = 0;
-    if (mode == 0) {
-        w = filledWindow(kind);
-    } else {
-        id = issued(kind);
-        jobs.clear();
-        w = std::make_unique<frmprzelew>(qint16(mode), qint16(kind), id);
-    }
-    const QString before = stored(QStringLiteral("SELECT count(*) || '|' || max(data_sesji) FROM zlecanki")) + balance3();
-    if (mode == 2)
-        QVERIFY(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->isReadOnly());
-    click(w.get(), QStringLiteral("cmdwystaw"));
-    QCOMPARE(jobs, QStringList{job + QLatin1Char(' ') + QString::number(w->currentId())});
-    if (mode == 2)
-        QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(data_sesji) FROM zlecanki")) + balance3(), before);
 }
 
 void TestFrmPrzelew::refusedSave_data()
@@ -385,38 +345,29 @@ void TestFrmPrzelew::slipAidsWhileTyping()
     QTest::keyClick(kod, Qt::Key_Return);
     QVERIFY(m_dialogs->saw(QStringLiteral("'123456' nie jest kodem pocztowym.")));
 
+    // A contractor chosen from the dictionary, opened with F2 or the search button.
+    const qint32 mlyn = *ContractorStore::insert(
+        Db(), Contractor{0, QStringLiteral("Młyn"), {}, QStringLiteral("Polna 2"), QStringLiteral("00-950"),
+                         QStringLiteral("Warszawa"), {}, QStringLiteral("Bank Młyna"), QStringLiteral("99 9999")});
+    auto *name = child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"));
+    for (bool byKey : {true, false}) {
+        name->clear();
+        name->setFocus();
+        if (byKey)
+            QTest::keyClick(name, Qt::Key_F2);
+        else
+            click(w.get(), QStringLiteral("cmdSzukaj"));
+        auto *dictionary = shownWindow<frmKontrahenci>();
+        QVERIFY(dictionary && dictionary->showContractor(mlyn));
+        click(dictionary, QStringLiteral("cmdwybierz"));
+        QCOMPARE(name->text() + QLatin1Char('|') + child<QLineEdit>(w.get(), QStringLiteral("txtkod"))->text() +
+                     QLatin1Char('|') + account->text(),
+                 QStringLiteral("Młyn|00-950|99 9999"));
+    }
+
     auto zus = filledWindow(5);
     QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblTytulMiejsce"))->isVisible());
     QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblKodQR"))->isVisible());
-}
-
-void TestFrmPrzelew::contractorChosen()
-{
-    const qint32 id = *ContractorStore::insert(
-        Db(), Contractor{0, QStringLiteral("Młyn"), {}, QStringLiteral("Polna 2"), QStringLiteral("00-950"),
-                         QStringLiteral("Warszawa"), {}, QStringLiteral("Bank Młyna"), QStringLiteral("99 9999")});
-    for (bool byKey : {true, false}) {
-        frmprzelew w(0, 1);
-        w.show();
-        QApplication::setActiveWindow(&w);
-        auto *name = child<QLineEdit>(&w, QStringLiteral("txtnazwa"));
-        if (byKey) {
-            name->setFocus();
-            QTest::keyClick(name, Qt::Key_F2);
-        } else {
-            click(&w, QStringLiteral("cmdSzukaj"));
-        }
-        frmKontrahenci *dictionary = nullptr;
-        for (QWidget *top : QApplication::topLevelWidgets())
-            if (auto *d = qobject_cast<frmKontrahenci *>(top); d && d->isVisible())
-                dictionary = d;
-        QVERIFY(dictionary);
-        QVERIFY(dictionary->showContractor(id));
-        click(dictionary, QStringLiteral("cmdwybierz"));
-        QCOMPARE(name->text(), QStringLiteral("Młyn"));
-        QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkod"))->text(), QStringLiteral("00-950"));
-        QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkonto"))->text(), QStringLiteral("99 9999"));
-    }
 }
 
 void TestFrmPrzelew::zusAndTaxAccounts_data()

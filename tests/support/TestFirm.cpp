@@ -12,6 +12,7 @@
 #include <QSqlRecord>
 
 #include <bitset>
+#include <utility>
 #include <memory>
 
 FirmData sampleFirm()
@@ -62,6 +63,19 @@ void printToPdf(const QString &pdf)
     registerSlipDrivers();
     registerReportDriver();
     PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf, SafeOutput::Existing::Replace); });
+}
+
+void printToPdf(const QString &pdf, QStringList *jobs)
+{
+    printToPdf(pdf);
+    for (const auto &[word, driver] : {std::pair{QStringLiteral("dprzelew"), &DrukDokumentu},
+                                       std::pair{QStringLiteral("dprzelewZus"), &DrukDokumentuZus}})
+        PrintEngine::instance().setDriver(word, [word, driver, jobs](PrintEngine &e) {
+            const bool wide = e.job().orientation == QPageLayout::Landscape;
+            *jobs << word + (wide ? QStringLiteral(" landscape ") : QStringLiteral(" portrait ")) +
+                         e.job().parameter.toString();
+            driver(e);
+        });
 }
 
 QString stored(const QString &sql)

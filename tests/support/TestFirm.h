@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -20,6 +21,9 @@ PaymentDocument sampleDocument(int kind, QDate issued = QDate(2026, 3, 5));
 
 // Registers the slip drivers and sends every printout to the PDF file `pdf`.
 void printToPdf(const QString &pdf);
+// The same, and notes each document job in `jobs`: procedure word, orientation and the
+// document's id ("dprzelew landscape 12"), so a test sees which layout a command chose.
+void printToPdf(const QString &pdf, QStringList *jobs);
 
 // The first value of a query on the open firm ("SELECT A || '|' || B ..."), "<brak>" when none.
 QString stored(const QString &sql);
