@@ -42,6 +42,28 @@ bool openNewFirm(const QString &path, const std::optional<FirmData> &firm)
     return !firm || FirmStore::save(Db(), *firm, std::bitset<Accounts::Count>().set());
 }
 
+bool createFirm(const QString &path, const QStringList &statements)
+{
+    QString error;
+    if (!FirmDatabase::create(path, &error)) {
+        qWarning("%s", qPrintable(error));
+        return false;
+    }
+    bool ok = true;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("createFirm"));
+        db.setDatabaseName(path);
+        ok = db.open();
+        for (const QString &statement : statements)
+            if (ok && !QSqlQuery(db).exec(statement)) {
+                qWarning("%s", qPrintable(statement));
+                ok = false;
+            }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("createFirm"));
+    return ok;
+}
+
 PaymentDocument sampleDocument(int kind, QDate issued)
 {
     PaymentDocument d = PaymentDocument::newDocument(qint16(kind), issued);

@@ -16,6 +16,9 @@ FirmData sampleFirm();
 // Creates a firm file at `path` and opens it; with `firm` given, stores it with every account.
 bool openNewFirm(const QString &path, const std::optional<FirmData> &firm = std::nullopt);
 
+// Creates a firm file at `path` without opening it and runs `statements` on it, each one whole.
+bool createFirm(const QString &path, const QStringList &statements = {});
+
 // A document of `kind` as users fill it in: recipient in Kraków, amount 1234,50.
 PaymentDocument sampleDocument(int kind, QDate issued = QDate(2026, 3, 5));
 
