@@ -1,16 +1,15 @@
 #include "AppState.h"
-#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "SettingsStore.h"
 #include "TestEnv.h"
-#include "users/Users.h"
-#include "db/FirmDatabase.h"
+#include "TestFirm.h"
 #include "app/frmFirmaOpen.h"
 #include "app/frmglowna.h"
+#include "documents/Firm.h"
+#include "users/Users.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiArea>
@@ -18,19 +17,15 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QSqlQuery>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QToolBar>
 
-#include <memory>
-
 class TestMainWindow : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -50,15 +45,10 @@ private:
     QStringList unreachableCommands();
     // The toolbar's buttons: "1" enabled, "0" disabled.
     QString toolbarEnabled();
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     std::unique_ptr<frmglowna> m_window;
 };
-
-void TestMainWindow::initTestCase()
-{
-    m_env = std::make_unique<TestEnv>();
-}
 
 QString TestMainWindow::visibleMenus()
 {
@@ -114,7 +104,7 @@ QString TestMainWindow::toolbarEnabled()
 
 void TestMainWindow::init()
 {
-    m_env->clearSettings();
+    m_env.clearSettings();
     m_dialogs = std::make_unique<RecordingDialogs>();
     m_window = std::make_unique<frmglowna>();
     m_window->show();
@@ -233,14 +223,7 @@ void TestMainWindow::newFirmFromMenu()
     // Another firm chosen from the list by its name.
     const QString other = appState().bazyPath + QStringLiteral("nowak.zlc");
     QFile::remove(other);
-    QVERIFY(FirmDatabase::create(other, nullptr));
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("prep"));
-        db.setDatabaseName(other);
-        QVERIFY(db.open());
-        QVERIFY(QSqlQuery(db).exec(QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('Nowak i Syn', 'Łódź')")));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("prep"));
+    QVERIFY(createFirm(other, {QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('Nowak i Syn', 'Łódź')")}));
 
     command(QStringLiteral("mnuopen"))->trigger();
     auto *w = qobject_cast<frmFirmaOpen *>(m_window->childWindow(QStringLiteral("frmFirmaOpen")));

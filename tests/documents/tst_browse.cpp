@@ -47,16 +47,15 @@ private Q_SLOTS:
     void filters();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     QHash<QString, qint32> m_contractors;
 };
 
 void TestBrowse::initTestCase()
 {
-    m_env = std::make_unique<TestEnv>();
     m_dialogs = std::make_unique<RecordingDialogs>();
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("browse.zlc")), sampleFirm()));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("browse.zlc")), sampleFirm()));
     for (const Stored &s : Documents) {
         PaymentDocument doc = sampleDocument(s.kind, day(s.date));
         doc.klientNazwa = QLatin1String(s.recipient);

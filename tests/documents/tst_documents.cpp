@@ -42,7 +42,6 @@ Money storedBalance(int n)
 class TestDocuments : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup() { CloseDb(); }
 
@@ -61,14 +60,14 @@ private Q_SLOTS:
     void twoWritersLoseNothing();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     int m_files = 0;
 };
 
 void TestDocuments::init()
 {
     RecordingDialogs quiet;
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files))));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma%1.zlc").arg(++m_files))));
 }
 
 void TestDocuments::yearListsGrowAtTheEnd()
@@ -321,7 +320,7 @@ void TestDocuments::twoWritersLoseNothing()
     QList<QProcess *> writers;
     for (const char *tag : {"A", "B"}) {
         auto *p = new QProcess(this);
-        p->setProcessEnvironment(m_env->processEnvironment());
+        p->setProcessEnvironment(m_env.processEnvironment());
         p->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--pisz"), path, QLatin1String(tag)});
         writers << p;
     }

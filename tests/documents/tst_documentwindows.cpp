@@ -55,7 +55,6 @@ std::unique_ptr<QWidget> openEditing(bool firm)
 class TestDocumentWindows : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup();
 
@@ -66,7 +65,7 @@ private Q_SLOTS:
     void choosing();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     int m_files = 0;
 };
@@ -74,7 +73,7 @@ private:
 void TestDocumentWindows::init()
 {
     m_dialogs = std::make_unique<RecordingDialogs>();
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("okna%1.zlc").arg(++m_files))));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("okna%1.zlc").arg(++m_files))));
     m_dialogs->clear();
 }
 

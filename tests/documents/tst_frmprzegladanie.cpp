@@ -49,7 +49,6 @@ void showDays(frmprzegladanie &w, const char *first, const char *last)
 class TestFrmPrzegladanie : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup();
 
@@ -58,7 +57,7 @@ private Q_SLOTS:
     void commandsOnTheList();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     QStringList m_jobs;
     int m_files = 0;
@@ -69,7 +68,7 @@ void TestFrmPrzegladanie::init()
     m_dialogs = std::make_unique<RecordingDialogs>();
     FirmData firm = sampleFirm();
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money::fromZlote(5000)};
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("przeg%1.zlc").arg(++m_files)), firm));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("przeg%1.zlc").arg(++m_files)), firm));
     appState().eliksir = 0;
     // One document of each kind from 1 to 6 in March 2024, then one in March 2023.
     const QDate dates[] = {{2024, 3, 1}, {2024, 3, 10}, {2024, 3, 15}, {2024, 3, 20}, {2024, 3, 25}, {2024, 3, 31}};
@@ -81,7 +80,7 @@ void TestFrmPrzegladanie::init()
     old.klientNazwa = QStringLiteral("Młyn");
     QVERIFY(DocumentStore::insert(Db(), old));
     m_jobs.clear();
-    printToPdf(m_env->newPath(QStringLiteral("out.pdf")), &m_jobs);
+    printToPdf(m_env.newPath(QStringLiteral("out.pdf")), &m_jobs);
     m_dialogs->clear();
 }
 

@@ -55,7 +55,6 @@ qint32 issued(int kind)
 class TestFrmPrzelew : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup();
 
@@ -71,7 +70,7 @@ private Q_SLOTS:
     void zusAndTaxAccounts();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     QString m_pdf;
     QStringList m_jobs; // every slip printed
@@ -85,11 +84,11 @@ void TestFrmPrzelew::init()
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money()};
     firm.accounts[2] = {QStringLiteral("mBank"), QStringLiteral("33 3333"), Money::fromZlote(5000)};
     // Each firm in a folder of its own, as is its bank file.
-    const QString folder = m_env->newPath(QStringLiteral("dok%1").arg(++m_files));
+    const QString folder = m_env.newPath(QStringLiteral("dok%1").arg(++m_files));
     QVERIFY(QDir().mkpath(folder));
     QVERIFY(openNewFirm(folder + QStringLiteral("/dok.zlc"), firm));
     appState().eliksir = 0;
-    m_pdf = m_env->newPath(QStringLiteral("slip%1.pdf").arg(m_files));
+    m_pdf = m_env.newPath(QStringLiteral("slip%1.pdf").arg(m_files));
     m_jobs.clear();
     printToPdf(m_pdf, &m_jobs);
     m_dialogs->clear();

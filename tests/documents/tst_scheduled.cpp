@@ -44,7 +44,6 @@ QStringList dueLines(const QDate &today)
 class TestScheduled : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup() { CloseDb(); }
 
@@ -54,7 +53,7 @@ private Q_SLOTS:
     void firmOpeningTellsOfDuePayments();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     QString m_path;
     int m_files = 0;
 };
@@ -62,7 +61,7 @@ private:
 void TestScheduled::init()
 {
     RecordingDialogs quiet;
-    m_path = m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files));
+    m_path = m_env.newPath(QStringLiteral("firma%1.zlc").arg(++m_files));
     QVERIFY(openNewFirm(m_path));
 }
 

@@ -19,7 +19,6 @@
 class TestScheduledWindows : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup() { CloseDb(); }
 
@@ -29,14 +28,14 @@ private Q_SLOTS:
     void issueWhenTheAccountIsGone();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     int m_files = 0;
 };
 
 void TestScheduledWindows::init()
 {
     RecordingDialogs quiet;
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files)), sampleFirm()));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma%1.zlc").arg(++m_files)), sampleFirm()));
     appState().today = QDate(2026, 3, 5);
     ScheduledPayment existing;
     existing.nazwa = QStringLiteral("Czynsz");

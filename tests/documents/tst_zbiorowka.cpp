@@ -22,16 +22,15 @@ private Q_SLOTS:
 private:
     std::unique_ptr<frmZbiorowka> open(const QString &day, int accountIndex);
     QStringList lines(QWidget *w);
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
 };
 
 void TestZbiorowka::initTestCase()
 {
-    m_env = std::make_unique<TestEnv>();
     FirmData firm = sampleFirm();
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"), {}};
     firm.accounts[1] = {QStringLiteral("mBank"), QStringLiteral("45 1140 2004 0000 3002 0123 4567"), {}};
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("zbiorowka.zlc")), firm));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("zbiorowka.zlc")), firm));
     const struct {
         int kind, account;
         QDate day;
@@ -108,7 +107,7 @@ void TestZbiorowka::editingTheList()
 void TestZbiorowka::printedStatement()
 {
     RecordingDialogs d;
-    const QString pdf = m_env->newPath(QStringLiteral("zbiorowka.pdf"));
+    const QString pdf = m_env.newPath(QStringLiteral("zbiorowka.pdf"));
     printToPdf(pdf);
     // A day with only a deposit slip: nothing to print, a beep.
     auto w = open(QStringLiteral("09-03-2026"), 0);
