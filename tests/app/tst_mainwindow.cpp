@@ -29,7 +29,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void firmAndNoFirmStates_data();
     void firmAndNoFirmStates();
     void newFirmFromMenu();
     void windowsMenuCommands();
@@ -121,73 +120,66 @@ void TestMainWindow::cleanup()
     CloseDb();
 }
 
-void TestMainWindow::firmAndNoFirmStates_data()
-{
-    QTest::addColumn<QString>("start");
-    QTest::newRow("firm of last time") << "last";
-    QTest::newRow("no firm, then one opened") << "none";
-    QTest::newRow("firm closed and opened again") << "reopen";
-    QTest::newRow("another user logs in") << "user";
-}
-
 void TestMainWindow::firmAndNoFirmStates()
 {
-    QFETCH(QString, start);
     const QString noFirmToolbar = QStringLiteral("1000000011"); // "Firma", "Pomoc" and "Koniec" only
+    const auto everythingThere = [this] {
+        QCOMPARE(visibleMenus(), QStringLiteral("1111111 11111"));
+        QCOMPARE(unreachableCommands(), QStringList());
+        QCOMPARE(toolbarEnabled(), QStringLiteral("1111111111"));
+    };
+    const auto restart = [this] {
+        m_window = std::make_unique<frmglowna>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        CloseDb();
+        m_window->openStartFirm();
+    };
     // The first start opens the default firm.
     QVERIFY(isFirmOpen());
     QCOMPARE(firmFile(), standardFirmPath());
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Firma standardowa]"));
     QCOMPARE(status(), QStringLiteral("Firma standardowa"));
     QVERIFY(m_dialogs->calls.isEmpty());
+    everythingThere();
 
-    if (start == QLatin1String("last")) {
-        m_window = std::make_unique<frmglowna>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        CloseDb();
-        m_window->openStartFirm();
-        QCOMPARE(firmFile(), standardFirmPath());
-    } else if (start == QLatin1String("none")) {
-        // The firm of last time is gone: the program starts with none and the user opens one.
-        SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), appState().bazyPath + QStringLiteral("brak.zlc"));
-        CloseDb();
-        m_window = std::make_unique<frmglowna>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        m_window->openStartFirm();
-        QVERIFY(!isFirmOpen());
-        QCOMPARE(toolbarEnabled(), noFirmToolbar);
-        QVERIFY(m_window->openFirm(standardFirmPath()));
-    } else if (start == QLatin1String("reopen")) {
-        command(QStringLiteral("mnuclosedb"))->trigger();
-        QVERIFY(!isFirmOpen());
-        QCOMPARE(status(), QStringLiteral("Nie została otworzona żadna firma"));
-        QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki"));
-        QCOMPARE(visibleMenus(), QStringLiteral("0000000 11111"));
-        QCOMPARE(toolbarEnabled(), noFirmToolbar);
-        // Neither a toolbar button nor a shortcut opens a firm's window.
-        command(QStringLiteral("mnuzlecanki_0"))->trigger();
-        QVERIFY(m_window->mdiArea()->subWindowList().size() <= 1);
-        QVERIFY(m_window->openFirm(standardFirmPath()));
-    } else {
-        const QString hash = Users::hashPassword(QStringLiteral("abc"));
-        QVERIFY(Users::save({{QStringLiteral("Ewa"), hash, Users::areas()},
-                             {QStringLiteral("Jan"), hash, {QStringLiteral("Dokumenty")}}}));
-        QVERIFY(UserSession::instance().reload());
-        QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), QStringLiteral("abc")));
-        QCOMPARE(unreachableCommands(),
-                 QStringList({"mnufirmabiz", "mnufirmadane", "mnuImportWin", "mnuochrona", "mnuraportybar",
-                              "mnuslownikibar", "mnuustawbar"}));
-        QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), QStringLiteral("abc")));
-        const QStringList unreachable = unreachableCommands();
-        QFile::remove(Users::filePath());
-        UserSession::instance().reload();
-        QCOMPARE(unreachable, QStringList());
-    }
-    QCOMPARE(visibleMenus(), QStringLiteral("1111111 11111"));
-    QCOMPARE(unreachableCommands(), QStringList());
-    QCOMPARE(toolbarEnabled(), QStringLiteral("1111111111"));
+    // Another user logs in: only the commands of his rights can be reached.
+    const QString hash = Users::hashPassword(QStringLiteral("abc"));
+    QVERIFY(Users::save({{QStringLiteral("Ewa"), hash, Users::areas()},
+                         {QStringLiteral("Jan"), hash, {QStringLiteral("Dokumenty")}}}));
+    QVERIFY(UserSession::instance().reload());
+    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), QStringLiteral("abc")));
+    QCOMPARE(unreachableCommands(), QStringList({"mnufirmabiz", "mnufirmadane", "mnuImportWin", "mnuochrona",
+                                                 "mnuraportybar", "mnuslownikibar", "mnuustawbar"}));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), QStringLiteral("abc")));
+    const QStringList unreachable = unreachableCommands();
+    QFile::remove(Users::filePath());
+    UserSession::instance().reload();
+    QCOMPARE(unreachable, QStringList());
+
+    // The firm closed and opened again.
+    command(QStringLiteral("mnuclosedb"))->trigger();
+    QVERIFY(!isFirmOpen());
+    QCOMPARE(status(), QStringLiteral("Nie została otworzona żadna firma"));
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki"));
+    QCOMPARE(visibleMenus(), QStringLiteral("0000000 11111"));
+    QCOMPARE(toolbarEnabled(), noFirmToolbar);
+    // Neither a toolbar button nor a shortcut opens a firm's window.
+    command(QStringLiteral("mnuzlecanki_0"))->trigger();
+    QVERIFY(m_window->mdiArea()->subWindowList().size() <= 1);
+    QVERIFY(m_window->openFirm(standardFirmPath()));
+    everythingThere();
+
+    // The next start opens the firm of last time; that one gone, none, and the user opens one.
+    restart();
+    QCOMPARE(firmFile(), standardFirmPath());
+    everythingThere();
+    SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), appState().bazyPath + QStringLiteral("brak.zlc"));
+    restart();
+    QVERIFY(!isFirmOpen());
+    QCOMPARE(toolbarEnabled(), noFirmToolbar);
+    QVERIFY(m_window->openFirm(standardFirmPath()));
+    everythingThere();
 
     // A command reached from the keyboard opens its window.
     QTest::keyClick(m_window.get(), Qt::Key_S, Qt::AltModifier);

@@ -3,7 +3,6 @@
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "documents/BrowseQuery.h"
-#include "documents/DocumentStore.h"
 
 #include <QHash>
 #include <QSqlRecord>

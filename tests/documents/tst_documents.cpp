@@ -2,14 +2,11 @@
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
-#include "db/FirmDatabase.h"
 #include "documents/Accounts.h"
 #include "documents/ChoiceLists.h"
 #include "documents/ContractorStore.h"
 #include "documents/DocumentKinds.h"
-#include "documents/DocumentStore.h"
 #include "documents/EntryRules.h"
-#include "documents/FirmData.h"
 
 #include <QProcess>
 #include <QSignalSpy>
@@ -17,8 +14,6 @@
 #include <QTest>
 
 #include <cstdio>
-
-#include <memory>
 
 namespace {
 
@@ -50,8 +45,7 @@ private Q_SLOTS:
     void balanceRules();
     void blocksStoredWhateverTheKind_data();
     void blocksStoredWhateverTheKind();
-    void chargeAccount();
-    void failedSaveChangesNothing();
+    void balancesGuarded();
     void recipientJoinsDictionaryOnce();
     void contractorSearch_data();
     void contractorSearch();
@@ -61,13 +55,12 @@ private Q_SLOTS:
 
 private:
     TestEnv m_env;
-    int m_files = 0;
 };
 
 void TestDocuments::init()
 {
     RecordingDialogs quiet;
-    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma%1.zlc").arg(++m_files))));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma.zlc"))));
 }
 
 void TestDocuments::yearListsGrowAtTheEnd()
@@ -181,7 +174,7 @@ void TestDocuments::blocksStoredWhateverTheKind()
              zusType ? QStringLiteral("A") : QStringLiteral("S"));
 }
 
-void TestDocuments::chargeAccount()
+void TestDocuments::balancesGuarded()
 {
     // A firm without its row yet: a number outside 1..40 is refused and adds nothing.
     QVERIFY(!FirmStore::read(Db()));
@@ -198,13 +191,11 @@ void TestDocuments::chargeAccount()
     QCOMPARE(count("firma"), 1);
     QCOMPARE(storedBalance(3).kwota() + QLatin1Char('|') + storedBalance(40).kwota(), QStringLiteral("-150,00|0,01"));
     QCOMPARE(Accounts::account(3)->balance, storedBalance(3));
-}
 
-void TestDocuments::failedSaveChangesNothing()
-{
+    // A document the store refuses changes nothing.
     FirmData firm;
     firm.accounts[0].balance = zl("100");
-    QVERIFY(FirmStore::save(Db(), firm, {}));
+    QVERIFY(FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set()));
     PaymentDocument doc = PaymentDocument::newDocument(DocumentKinds::PrzelewBankowy, QDate(2025, 1, 2));
     doc.klientNazwa = QStringLiteral("Nowy odbiorca");
     doc.zaDokumentNazwa = QString(151, QLatin1Char('x'));

@@ -29,13 +29,12 @@ private Q_SLOTS:
 
 private:
     TestEnv m_env;
-    int m_files = 0;
 };
 
 void TestScheduledWindows::init()
 {
     RecordingDialogs quiet;
-    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma%1.zlc").arg(++m_files)), sampleFirm()));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma.zlc")), sampleFirm()));
     appState().today = QDate(2026, 3, 5);
     ScheduledPayment existing;
     existing.nazwa = QStringLiteral("Czynsz");
