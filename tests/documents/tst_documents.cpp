@@ -1,16 +1,21 @@
-#include "documents/Firm.h"
+#include "AppState.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
+#include "documents/BrowseQuery.h"
+#include "documents/Firm.h"
 #include "documents/Accounts.h"
 #include "documents/ChoiceLists.h"
 #include "documents/ContractorStore.h"
 #include "documents/DocumentKinds.h"
 #include "documents/EntryRules.h"
+#include "documents/ScheduledPayments.h"
 
+#include <QHash>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTest>
 
 #include <cstdio>
@@ -32,7 +37,56 @@ Money storedBalance(int n)
     return Money::fromUnits(stored(QStringLiteral("SELECT STAN_KONTA%1 FROM firma").arg(n)).toLongLong());
 }
 
+// A payment due on `payDay` in the months given, alarmed from `alarmDay`.
+ScheduledPayment payment(const QString &name, std::initializer_list<int> months, int alarmDay, int payDay)
+{
+    ScheduledPayment p;
+    p.nazwa = name;
+    for (int m : months)
+        p.months[size_t(m - 1)] = true;
+    p.dzienAlarmu = alarmDay;
+    p.dzienPlatnosci = payDay;
+    p.rodzaj = DocumentKinds::PrzelewBankowy;
+    p.bankFirmy = QStringLiteral("Bank Śląski");
+    p.kontoFirmy = QStringLiteral("11 2222 3333");
+    p.klientNazwa = QStringLiteral("Spółdzielnia Mieszkaniowa");
+    p.klientNip = QStringLiteral("6762000000");
+    p.wartosc = Money::parse(u"1 234,56").value();
+    return p;
+}
+
+QStringList dueLines(const QDate &today)
+{
+    const QList<DuePayment> due = ScheduledPayments::due(Db(), today).value();
+    QStringList lines;
+    for (const DuePayment &p : due)
+        lines << ScheduledPayments::alarmLine(p);
+    return lines;
+}
+
+struct Stored {
+    int kind;
+    const char *date; // ISO
+    const char *recipient;
+    const char *bank;
+};
+
+// Dates around the edges of March 2024, March of other years and other months.
+const Stored Documents[] = {
+    {1, "2024-02-29", "Alfa", "PKO BP"}, {2, "2024-03-01", "Beta", "PKO BP"},
+    {5, "2024-03-15", "Alfa", "mBank"},  {6, "2024-03-31", "Beta", "mBank"},
+    {1, "2024-04-01", "Alfa", "PKO BP"}, {3, "2023-03-10", "Beta", "PKO BP"},
+    {4, "2025-12-31", "Alfa", "mBank"},
+};
+
+QDate day(const char *iso)
+{
+    return QDate::fromString(QLatin1String(iso), Qt::ISODate);
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Browse::Filter)
 
 class TestDocuments : public QObject {
     Q_OBJECT
@@ -51,6 +105,11 @@ private Q_SLOTS:
     void contractorSearch();
     void offeredAccounts_data();
     void offeredAccounts();
+    void browseFilters_data();
+    void browseFilters();
+    void dueCheck_data();
+    void dueCheck();
+    void dueInOrderRenamedAndTold();
     void twoWritersLoseNothing();
 
 private:
@@ -302,6 +361,141 @@ void TestDocuments::offeredAccounts()
     accounts[10].bankName = QStringLiteral("   "); // blanks name no account
     accounts[11].number = QStringLiteral("12 3456"); // nor does a number alone
     QCOMPARE(EntryRules::offeredAccounts(accounts, keep), offered);
+}
+
+void TestDocuments::browseFilters_data()
+{
+    QTest::addColumn<Browse::Filter>("filter");
+    QTest::addColumn<QString>("contractor"); // by name; empty for every contractor
+    QTest::addColumn<QString>("dates");      // the dates listed, in date order
+
+    auto days = [](const char *first, const char *last) {
+        Browse::Filter f;
+        f.period = Browse::Period::Days;
+        f.first = day(first);
+        f.last = day(last);
+        return f;
+    };
+    auto year = [](int y, int kind = 0, std::optional<QString> bank = std::nullopt) {
+        Browse::Filter f;
+        f.year = y;
+        f.kind = kind;
+        f.bankName = std::move(bank);
+        return f;
+    };
+    auto month = [](int m, std::optional<QString> bank = std::nullopt) {
+        Browse::Filter f;
+        f.period = Browse::Period::Month;
+        f.month = m;
+        f.bankName = std::move(bank);
+        return f;
+    };
+    QTest::newRow("reversed days find nothing") << days("2024-03-31", "2024-03-01") << "" << "";
+    QTest::newRow("a year, leap day included")
+        << year(2024) << "" << "2024-02-29 2024-03-01 2024-03-15 2024-03-31 2024-04-01";
+    QTest::newRow("kind by its position") << year(2024, 1) << "" << "2024-02-29 2024-04-01";
+    QTest::newRow("contractor") << year(2024) << "Alfa" << "2024-02-29 2024-03-15 2024-04-01";
+    QTest::newRow("account by bank name") << year(2024, 0, QStringLiteral("mBank")) << "" << "2024-03-15 2024-03-31";
+    QTest::newRow("month, contractor and account together")
+        << month(3, QStringLiteral("PKO BP")) << "Beta" << "2023-03-10 2024-03-01";
+    QTest::newRow("a quote in the bank name is only text")
+        << year(2024, 0, QStringLiteral("x' OR '1'='1")) << "" << "";
+}
+
+void TestDocuments::browseFilters()
+{
+    QFETCH(Browse::Filter, filter);
+    QFETCH(QString, contractor);
+    QFETCH(QString, dates);
+    QHash<QString, qint32> contractors;
+    for (const Stored &s : Documents) {
+        PaymentDocument doc = sampleDocument(s.kind, day(s.date));
+        doc.klientNazwa = QLatin1String(s.recipient);
+        doc.bankFirmy = QLatin1String(s.bank);
+        QVERIFY(DocumentStore::insert(Db(), doc));
+        contractors.insert(doc.klientNazwa, doc.klientId);
+    }
+    if (!contractor.isEmpty())
+        filter.contractorId = contractors.value(contractor);
+    Browse::Model model;
+    QString error;
+    QVERIFY2(model.refresh(Db(), filter, &error), qPrintable(error));
+    while (model.canFetchMore())
+        model.fetchMore();
+    QStringList listed;
+    for (int row = 0; row < model.rowCount(); ++row)
+        listed << model.record(row).value(QStringLiteral("data_dokumentu")).toString();
+    listed.sort();
+    QCOMPARE(listed.join(QLatin1Char(' ')), dates);
+}
+
+void TestDocuments::dueCheck_data()
+{
+    QTest::addColumn<QDate>("today");
+    QTest::addColumn<int>("alarmDay");
+    QTest::addColumn<int>("payDay");
+    QTest::addColumn<int>("issuedIn"); // 0: never issued from the alarm
+    QTest::addColumn<bool>("listed");
+
+    const QDate march5(2026, 3, 5);
+    QTest::newRow("alarm day reached") << march5 << 5 << 10 << 2 << true;
+    QTest::newRow("alarm day tomorrow") << march5 << 6 << 10 << 2 << false;
+    QTest::newRow("issued in March of a past year") << QDate(2027, 3, 5) << 1 << 10 << 3 << false;
+    QTest::newRow("alarm after payment day, before it") << QDate(2026, 3, 19) << 20 << 10 << 0 << false;
+    QTest::newRow("alarm after payment day, on it") << QDate(2026, 3, 20) << 20 << 10 << 0 << true;
+    QTest::newRow("month not flagged") << QDate(2026, 5, 20) << 1 << 10 << 0 << false;
+}
+
+void TestDocuments::dueCheck()
+{
+    QFETCH(QDate, today);
+    QFETCH(int, alarmDay);
+    QFETCH(int, payDay);
+    QFETCH(int, issuedIn);
+    QFETCH(bool, listed);
+
+    const ScheduledPayment p = payment(QStringLiteral("Czynsz"), {3, 4}, alarmDay, payDay);
+    QCOMPARE(ScheduledPayments::insert(Db(), p), ScheduledPayments::SaveResult::Saved);
+    if (issuedIn != 0)
+        QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, issuedIn));
+
+    const QStringList expected = listed ? QStringList{QString::number(payDay) + QStringLiteral(" - Czynsz")} : QStringList{};
+    QCOMPARE(dueLines(today), expected);
+}
+
+void TestDocuments::dueInOrderRenamedAndTold()
+{
+    for (const auto &[name, day] : {std::pair{"Woda", 25}, std::pair{"ZUS", 15}, std::pair{"Prąd", 5}})
+        QCOMPARE(ScheduledPayments::insert(Db(), payment(QString::fromUtf8(name), {3}, 1, day)),
+                 ScheduledPayments::SaveResult::Saved);
+    QCOMPARE(dueLines(QDate(2026, 3, 5)), (QStringList{QStringLiteral("5 - Prąd"), QStringLiteral("15 - ZUS"), QStringLiteral("25 - Woda")}));
+
+    // A rename onto a name in use is refused; otherwise the month issued stays with the payment.
+    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), payment(QStringLiteral("ZUS"), {2}, 2, 2)),
+             ScheduledPayments::SaveResult::Duplicate);
+    QVERIFY(ScheduledPayments::markIssued(Db(), QStringLiteral("Woda"), 3));
+    ScheduledPayment renamed = *ScheduledPayments::read(Db(), QStringLiteral("Woda"));
+    renamed.nazwa = QStringLiteral("Woda lokal");
+    renamed.wartosc = Money::fromZlote(900);
+    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), renamed), ScheduledPayments::SaveResult::Saved);
+    const auto back = ScheduledPayments::read(Db(), renamed.nazwa);
+    QVERIFY(back.has_value());
+    QCOMPARE(back->lastWystAWM, 3);
+    QCOMPARE(back->wartosc, Money::fromZlote(900));
+    QCOMPARE(ScheduledPayments::names(Db()).value(), (QStringList{QStringLiteral("Prąd"), QStringLiteral("Woda lokal"), QStringLiteral("ZUS")}));
+
+    // Opening the firm tells of the payments due.
+    const QString path = firmFile();
+    CloseDb();
+
+    RecordingDialogs quiet;
+    const auto previous = appState().todayForRun;
+    appState().todayForRun = QDate(2026, 3, 5);
+    QSignalSpy spy(&FirmEvents::instance(), &FirmEvents::paymentsDue);
+    const bool opened = OpenDb(path);
+    appState().todayForRun = previous;
+    QVERIFY(opened);
+    QCOMPARE(spy.count(), 1);
 }
 
 void TestDocuments::twoWritersLoseNothing()
