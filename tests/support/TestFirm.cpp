@@ -12,8 +12,8 @@
 #include <QSqlRecord>
 
 #include <bitset>
-#include <utility>
 #include <memory>
+#include <utility>
 
 FirmData sampleFirm()
 {
