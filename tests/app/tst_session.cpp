@@ -1,5 +1,5 @@
 #include "TestEnv.h"
-#include "db/FirmDatabase.h"
+#include "TestFirm.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -66,8 +66,7 @@ void TestSession::initTestCase()
              QDBusMessage::ReplyMessage);
     for (int i = 0; i < 3; ++i) {
         m_firms[i] = m_env.newPath(QStringLiteral("firma%1.zlc").arg(i));
-        QString error;
-        QVERIFY2(FirmDatabase::create(m_firms[i], &error), qPrintable(error));
+        QVERIFY(createFirm(m_firms[i]));
     }
 }
 

@@ -47,11 +47,6 @@ ScheduledPayment payment(const QString &name, std::initializer_list<int> months,
     p.dzienAlarmu = alarmDay;
     p.dzienPlatnosci = payDay;
     p.rodzaj = DocumentKinds::PrzelewBankowy;
-    p.bankFirmy = QStringLiteral("Bank Śląski");
-    p.kontoFirmy = QStringLiteral("11 2222 3333");
-    p.klientNazwa = QStringLiteral("Spółdzielnia Mieszkaniowa");
-    p.klientNip = QStringLiteral("6762000000");
-    p.wartosc = Money::parse(u"1 234,56").value();
     return p;
 }
 
