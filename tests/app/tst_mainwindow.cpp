@@ -30,9 +30,7 @@ private Q_SLOTS:
     void cleanup();
 
     void firmAndNoFirmStates();
-    void newFirmFromMenu();
-    void windowsMenuCommands();
-    void quitAsksFirstAndRemembers();
+    void menuCommands();
 
 private:
     QAction *command(const QString &name) { return m_window->command(name); }
@@ -196,7 +194,8 @@ void TestMainWindow::firmAndNoFirmStates()
     QVERIFY(firm->parentWidget()->geometry().right() <= m_window->mdiArea()->viewport()->width());
 }
 
-void TestMainWindow::newFirmFromMenu()
+// New and listed firms, the windows menu and help, then quitting.
+void TestMainWindow::menuCommands()
 {
     const QString path = appState().bazyPath + QStringLiteral("kowalski");
     QFile::remove(path + QStringLiteral(".zlc"));
@@ -228,10 +227,7 @@ void TestMainWindow::newFirmFromMenu()
     QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdok")), Qt::LeftButton);
     QCOMPARE(firmFile(), other);
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Nowak i Syn, Łódź]"));
-}
 
-void TestMainWindow::windowsMenuCommands()
-{
     QMdiArea *area = m_window->mdiArea();
     command(QStringLiteral("mnujednookno"))->trigger();
     QCOMPARE(area->viewMode(), QMdiArea::TabbedView);
@@ -273,10 +269,8 @@ void TestMainWindow::windowsMenuCommands()
     QFile page(url.toLocalFile());
     QVERIFY2(page.open(QIODevice::ReadOnly), qPrintable(url.toLocalFile()));
     QVERIFY(page.readAll().contains("id=\"Spis\""));
-}
 
-void TestMainWindow::quitAsksFirstAndRemembers()
-{
+    // Quitting asks first; the next start puts the window back as it was left.
     QVERIFY(toolbar()->isVisible());
     command(QStringLiteral("mnutoolbar"))->trigger();
     command(QStringLiteral("mnustatus"))->trigger();
