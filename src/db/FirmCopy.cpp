@@ -183,6 +183,30 @@ std::optional<QVariant> converted(const QVariant &value, bool null, ColumnType t
     return value;
 }
 
+// On the server a failed statement spoils the transaction until it is rolled back, and the
+// copy's statements could not be freed in it: the copy has a savepoint of its own, rolled
+// back (or released) before its statements are let go.
+class Savepoint {
+public:
+    Savepoint(const QSqlDatabase &db, const bool &done) : m_db(db), m_done(done)
+    {
+        m_active = Dialect::isPostgres(m_db) && QSqlQuery(m_db).exec(QStringLiteral("SAVEPOINT zlecanki_kopia"));
+    }
+    ~Savepoint()
+    {
+        if (m_active)
+            QSqlQuery(m_db).exec(m_done ? QStringLiteral("RELEASE SAVEPOINT zlecanki_kopia")
+                                        : QStringLiteral("ROLLBACK TO SAVEPOINT zlecanki_kopia"));
+    }
+    Savepoint(const Savepoint &) = delete;
+    Savepoint &operator=(const Savepoint &) = delete;
+
+private:
+    QSqlDatabase m_db;
+    const bool &m_done;
+    bool m_active = false;
+};
+
 QString shownValue(const QVariant &value)
 {
     const QString s = value.toString();
@@ -246,6 +270,9 @@ TableCopy copyTable(const QSqlDatabase &source, QSqlDatabase &target, const QStr
                     bool counterFloor)
 {
     TableCopy r;
+    QSqlQuery read(source);
+    QSqlQuery write(target);
+    const Savepoint savepoint(target, r.ok);
     struct Col {
         QString source, target;
         ColumnType type;
@@ -283,7 +310,6 @@ TableCopy copyTable(const QSqlDatabase &source, QSqlDatabase &target, const QStr
     }
     // The rows in the order the program reads them, so that "the first row" stays the first.
     const QString order = counter >= 0 ? selected.at(counter) : sourceNumbered ? QStringLiteral("rowid") : QString();
-    QSqlQuery read(source);
     read.setForwardOnly(true);
     if (!read.exec(QStringLiteral("SELECT ") + selected.join(QLatin1Char(',')) + QStringLiteral(" FROM ") +
                    Structure::quoted(source, table) + (order.isEmpty() ? QString() : QStringLiteral(" ORDER BY ") + order))) {
@@ -291,7 +317,6 @@ TableCopy copyTable(const QSqlDatabase &source, QSqlDatabase &target, const QStr
         r.error = QStringLiteral("Nie można odczytać tabeli %1 źródła:\n").arg(table) + Structure::explainError(r.failure);
         return r;
     }
-    QSqlQuery write(target);
     if (!write.prepare(QStringLiteral("INSERT INTO ") + Structure::quoted(target, table) + QStringLiteral(" (") +
                        inserted.join(QLatin1Char(',')) + QStringLiteral(") VALUES (") + marks.join(QLatin1Char(',')) +
                        QLatin1Char(')'))) {
