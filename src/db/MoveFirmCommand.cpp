@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QSqlQuery>
 
 #include <cstdio>
@@ -44,6 +45,19 @@ bool schemaThere(const QString &address)
     }
     FirmDatabase::close(AdminConnection);
     return there;
+}
+
+// A file beside the target that nothing has: the copy is built there and takes the target's
+// name only when complete, so a copy cut short leaves nothing that opens as the firm.
+QString workFile(const QString &target)
+{
+    const QFileInfo fi(target);
+    QString work;
+    do {
+        work = fi.absolutePath() + QStringLiteral("/.") + fi.fileName() + QLatin1Char('.') +
+               QString::number(QRandomGenerator::global()->bounded(100000000), 36);
+    } while (QFileInfo::exists(work));
+    return work;
 }
 
 // Takes the half-made target away again: the file, or what was made on the server.
@@ -104,8 +118,16 @@ int moveFirmCommand(const QStringList &args)
         print(stderr, error + QLatin1Char('\n') + failed);
         return 1;
     }
-    const bool keepSchema = Dialect::isAddress(target) && schemaThere(target);
-    if (!FirmDatabase::create(target, &error)) {
+    const bool onServer = Dialect::isAddress(target);
+    if (!onServer && QFileInfo::exists(target)) {
+        FirmDatabase::close(SourceConnection);
+        print(stderr, QStringLiteral("Plik już istnieje, nie zostanie nadpisany:\n") + shownName(target) + QLatin1Char('\n') +
+                          failed);
+        return 1;
+    }
+    const bool keepSchema = onServer && schemaThere(target);
+    const QString work = onServer ? target : workFile(target);
+    if (!FirmDatabase::create(work, &error)) {
         FirmDatabase::close(SourceConnection);
         print(stderr, error + QLatin1Char('\n') + failed);
         return 1;
@@ -113,7 +135,7 @@ int moveFirmCommand(const QStringList &args)
     FirmCopy::FirmCopyResult result;
     {
         bool readOnly = false;
-        const auto opened = FirmDatabase::open(target, TargetConnection, &readOnly, &error);
+        const auto opened = FirmDatabase::open(work, TargetConnection, &readOnly, &error);
         if (!opened) {
             result.error = error;
         } else {
@@ -129,8 +151,12 @@ int moveFirmCommand(const QStringList &args)
         for (const FirmCopy::TableCount &c : std::as_const(result.counts))
             print(stdout, QStringLiteral("%1\t%2\t%3").arg(c.table).arg(c.source).arg(c.target));
     }
+    if (result.ok && work != target && !QFile::rename(work, target)) {
+        result.ok = false;
+        result.error = QStringLiteral("Nie można zapisać bazy danych firmy:\n") + shownName(target);
+    }
     if (!result.ok) {
-        removeTarget(target, keepSchema);
+        removeTarget(work, keepSchema);
         print(stderr, result.error + QLatin1Char('\n') + failed + QStringLiteral(" Niepełną kopię usunięto:\n") +
                           shownName(target));
         return 1;

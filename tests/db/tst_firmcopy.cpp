@@ -6,6 +6,7 @@
 #include "db/Structure.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSqlError>
@@ -268,6 +269,8 @@ void TestFirmCopy::refused()
         QVERIFY(!FirmDatabase::open(to, QStringLiteral("cel"), &readOnly, &error));
         QVERIFY2(error.startsWith(QLatin1String("Nie ma pliku")) || error.startsWith(QLatin1String("Pod tym adresem nie ma")),
                  qPrintable(error));
+        const QStringList building{QLatin1Char('.') + QFileInfo(to).fileName() + QStringLiteral(".*")};
+        QCOMPARE(QDir(m_env->root()).entryList(building, QDir::Files | QDir::Hidden), QStringList());
     }
 }
 
