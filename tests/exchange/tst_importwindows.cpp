@@ -241,7 +241,7 @@ void TestImportWindows::blockTakenOverWhole()
 
 void TestImportWindows::firmImport_data()
 {
-    QTest::addColumn<QString>("source");   // "firm", "server", "same", "missing", "text", "view", "nwind"
+    QTest::addColumn<QString>("source");   // "firm", "server", "same", "missing", "text", "view", "rule", "nwind"
     QTest::addColumn<QString>("target");   // the open firm: "file" or "server"
     QTest::addColumn<QString>("ticked");   // one digit per category
     QTest::addColumn<int>("runs");
@@ -277,6 +277,10 @@ void TestImportWindows::firmImport_data()
         << "view" << "file" << "1111" << 1
         << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
         << empty;
+    QTest::newRow("server source with a rule on a table")
+        << "rule" << "file" << "1111" << 1
+        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
+        << empty;
     QTest::newRow("Access file of another program") << "nwind" << "file" << "1111" << 1
                                                     << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
                                                                    "nim tabel ZLECANKI ani FIRMA):"}
@@ -291,7 +295,7 @@ void TestImportWindows::firmImport()
     QFETCH(int, runs);
     QFETCH(QStringList, said);
     QFETCH(QString, counts);
-    if ((source == QLatin1String("server") || target == QLatin1String("server")) && testServer().isEmpty())
+    if ((source == QLatin1String("server") || source == QLatin1String("rule") || target == QLatin1String("server")) && testServer().isEmpty())
         QSKIP("Brak serwera PostgreSQL dla testów (ZLECANKI_PG): uruchom scripts/pg-cluster start KATALOG");
     if (target == QLatin1String("server")) {
         QString error;
@@ -303,6 +307,13 @@ void TestImportWindows::firmImport()
     QString file = m_source;
     if (source == QLatin1String("server")) {
         file = m_serverSource;
+    } else if (source == QLatin1String("rule")) {
+        file = serverFirm(1000 + m_files);
+        QVERIFY(copyFirm(m_source, file));
+        bool readOnly = false;
+        QVERIFY(QSqlQuery(*FirmDatabase::open(file, QStringLiteral("regula"), &readOnly, nullptr))
+                    .exec(QStringLiteral("CREATE RULE podmiana AS ON INSERT TO kontrahenci DO INSTEAD NOTHING")));
+        FirmDatabase::close(QStringLiteral("regula"));
     } else if (source == QLatin1String("same")) {
         // The file, or the firm's schema, in other letter case.
         file = firmFile();
