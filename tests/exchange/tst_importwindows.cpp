@@ -5,11 +5,15 @@
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "app/frmglowna.h"
+#include "db/Dialect.h"
+#include "db/FirmCopy.h"
+#include "db/FirmDatabase.h"
 #include "documents/DocumentStore.h"
 #include "exchange/ui/frmImport.h"
 #include "exchange/ui/frmImportFirm.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QFile>
 #include <QListWidget>
 #include <QSqlQuery>
@@ -39,6 +43,49 @@ QByteArray exportFile(int count, const QString &name = {})
     return cp1250(text);
 }
 
+// A copy of the firm at `from` made at `to` (a file or a server address).
+bool copyFirm(const QString &from, const QString &to)
+{
+    QString error;
+    bool ok = FirmDatabase::create(to, &error);
+    if (ok) {
+        bool readOnly = false;
+        const auto source = FirmCopy::openSource(from, from, QStringLiteral("kopia-z"), &error);
+        auto target = FirmDatabase::open(to, QStringLiteral("kopia-do"), &readOnly, &error);
+        const FirmCopy::FirmCopyResult r =
+            source && target ? FirmCopy::copyFirm(*source, *target) : FirmCopy::FirmCopyResult{false, error, {}};
+        ok = r.ok;
+        error = r.error;
+    }
+    FirmDatabase::close(QStringLiteral("kopia-z"));
+    FirmDatabase::close(QStringLiteral("kopia-do"));
+    if (!ok)
+        qWarning("%s", qPrintable(error));
+    return ok;
+}
+
+// Drops the schemas of this run's firms on the server.
+void dropServerFirms()
+{
+    if (testServer().isEmpty())
+        return;
+    {
+        Dialect::connect(*Dialect::parseAddress(testServer()), QStringLiteral("sprzatanie"), nullptr);
+        QSqlQuery q(QSqlDatabase::database(QStringLiteral("sprzatanie"), false));
+        if (q.exec(QStringLiteral("SELECT string_agg(format('DROP SCHEMA %I CASCADE', nspname), '; ') FROM pg_namespace "
+                                  "WHERE nspname LIKE 'imp%1\\_%'")
+                       .arg(QCoreApplication::applicationPid())) &&
+            q.next() && !q.value(0).toString().isEmpty())
+            q.exec(q.value(0).toString());
+    }
+    FirmDatabase::close(QStringLiteral("sprzatanie"));
+}
+
+QString serverFirm(int n)
+{
+    return testServer() + QStringLiteral("?schema=imp%1_%2").arg(QCoreApplication::applicationPid()).arg(n);
+}
+
 QStringList said(const RecordingDialogs &d)
 {
     QStringList out;
@@ -54,6 +101,7 @@ class TestImportWindows : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase() { dropServerFirms(); }
     void init();
     void cleanup();
 
@@ -64,6 +112,7 @@ private Q_SLOTS:
 
 private:
     QString m_source;
+    QString m_serverSource; // the same firm on the server, when there is one
     std::unique_ptr<TestEnv> m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     std::unique_ptr<frmglowna> m_window;
@@ -85,6 +134,11 @@ void TestImportWindows::initTestCase()
     }
     QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("INSERT INTO CYKLICZNE (NAZWA, RODZAJ, WARTOSC) VALUES ('Czynsz', 1, 5000000)")));
     CloseDb();
+    if (!testServer().isEmpty()) {
+        dropServerFirms();
+        m_serverSource = serverFirm(0);
+        QVERIFY(copyFirm(m_source, m_serverSource));
+    }
 }
 
 void TestImportWindows::init()
@@ -160,7 +214,8 @@ void TestImportWindows::exportFileTakenOverAndRemoved()
 
 void TestImportWindows::firmImport_data()
 {
-    QTest::addColumn<QString>("source");   // "firm", "same", "missing", "text", "view", "nwind"
+    QTest::addColumn<QString>("source");   // "firm", "server", "same", "missing", "text", "view", "rule", "nwind"
+    QTest::addColumn<QString>("target");   // the open firm: "file" or "server"
     QTest::addColumn<QString>("ticked");   // one digit per category
     QTest::addColumn<int>("runs");
     QTest::addColumn<QStringList>("said"); // first lines of every box, in order
@@ -168,23 +223,38 @@ void TestImportWindows::firmImport_data()
     const QString question = QStringLiteral("Import skasuje wszystkie aktualne dane z wybranych kategorii.");
     const QString ok = QStringLiteral("Import zakończono pomyślnie");
     const QString empty = QStringLiteral("|0|0|0");
-    QTest::newRow("all into an empty firm") << "firm" << "1111" << 1 << QStringList{question, ok}
+    QTest::newRow("all into an empty firm") << "firm" << "file" << "1111" << 1 << QStringList{question, ok}
                                             << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("documents twice") << "firm" << "0100" << 2
+    QTest::newRow("from a firm on the server") << "server" << "file" << "1111" << 1 << QStringList{question, ok}
+                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
+    QTest::newRow("into a firm on the server") << "firm" << "server" << "1111" << 1 << QStringList{question, ok}
+                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
+    QTest::newRow("server to server, documents twice")
+        << "server" << "server" << "0100" << 2
+        << QStringList{question, ok, question, QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
+                       QStringLiteral("Import zakończono z błędami")}
+        << QStringLiteral("|2|0|0");
+    QTest::newRow("same firm on the server, other letter case")
+        << "same" << "server" << "1111" << 1 << QStringList{"Nie można importować z tej samej firmy"} << "|0|0|0";
+    QTest::newRow("documents twice") << "firm" << "file" << "0100" << 2
                                      << QStringList{question, ok, question,
                                                     QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
                                                     QStringLiteral("Import zakończono z błędami")}
                                      << QStringLiteral("|2|0|0");
-    QTest::newRow("nothing ticked") << "firm" << "0000" << 1 << QStringList{question, ok} << empty;
-    QTest::newRow("same firm, other letter case") << "same" << "1111" << 1
+    QTest::newRow("nothing ticked") << "firm" << "file" << "0000" << 1 << QStringList{question, ok} << empty;
+    QTest::newRow("same firm, other letter case") << "same" << "file" << "1111" << 1
                                                   << QStringList{"Nie można importować z tej samej firmy"} << empty;
-    QTest::newRow("missing file") << "missing" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
-    QTest::newRow("not a database") << "text" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
+    QTest::newRow("missing file") << "missing" << "file" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
+    QTest::newRow("not a database") << "text" << "file" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
     QTest::newRow("source with a view in a table's place")
-        << "view" << "1111" << 1
+        << "view" << "file" << "1111" << 1
         << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
         << empty;
-    QTest::newRow("Access file of another program") << "nwind" << "1111" << 1
+    QTest::newRow("server source with a rule on a table")
+        << "rule" << "file" << "1111" << 1
+        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
+        << empty;
+    QTest::newRow("Access file of another program") << "nwind" << "file" << "1111" << 1
                                                     << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
                                                                    "nim tabel ZLECANKI ani FIRMA):"}
                                                     << empty;
@@ -193,14 +263,36 @@ void TestImportWindows::firmImport_data()
 void TestImportWindows::firmImport()
 {
     QFETCH(QString, source);
+    QFETCH(QString, target);
     QFETCH(QString, ticked);
     QFETCH(int, runs);
     QFETCH(QStringList, said);
     QFETCH(QString, counts);
+    if ((source == QLatin1String("server") || source == QLatin1String("rule") || target == QLatin1String("server")) && testServer().isEmpty())
+        QSKIP("Brak serwera PostgreSQL dla testów (ZLECANKI_PG): uruchom scripts/pg-cluster start KATALOG");
+    if (target == QLatin1String("server")) {
+        QString error;
+        QVERIFY2(FirmDatabase::create(serverFirm(m_files), &error), qPrintable(error));
+        QVERIFY(OpenDb(serverFirm(m_files)));
+        m_window->LoadFirma();
+        m_dialogs->clear();
+    }
     QString file = m_source;
-    if (source == QLatin1String("same"))
-        file = firmFile().toUpper();
-    else if (source == QLatin1String("missing"))
+    if (source == QLatin1String("server")) {
+        file = m_serverSource;
+    } else if (source == QLatin1String("rule")) {
+        file = serverFirm(1000 + m_files);
+        QVERIFY(copyFirm(m_source, file));
+        bool readOnly = false;
+        QVERIFY(QSqlQuery(*FirmDatabase::open(file, QStringLiteral("regula"), &readOnly, nullptr))
+                    .exec(QStringLiteral("CREATE RULE podmiana AS ON INSERT TO kontrahenci DO INSTEAD NOTHING")));
+        FirmDatabase::close(QStringLiteral("regula"));
+    } else if (source == QLatin1String("same")) {
+        // The file, or the firm's schema, in other letter case.
+        file = firmFile();
+        const qsizetype from = Dialect::isAddress(file) ? file.indexOf(QLatin1String("schema=")) + 7 : 0;
+        file = file.left(from) + file.mid(from).toUpper();
+    } else if (source == QLatin1String("missing"))
         file = QStringLiteral("/nie/ma.zlc");
     else if (source == QLatin1String("text")) {
         file = m_env->newPath(QStringLiteral("tekst%1.zlc").arg(m_files));
@@ -232,7 +324,7 @@ void TestImportWindows::firmImport()
     for (int i = 0; i < runs; ++i)
         click(w, QStringLiteral("cmdOK"));
     QCOMPARE(::said(*m_dialogs), said);
-    QCOMPARE(stored(QStringLiteral("SELECT (SELECT ifnull(max(NAZWA),'') FROM FIRMA) || '|' || (SELECT count(*) FROM ZLECANKI)"
+    QCOMPARE(stored(QStringLiteral("SELECT (SELECT coalesce(max(NAZWA),'') FROM FIRMA) || '|' || (SELECT count(*) FROM ZLECANKI)"
                                    " || '|' || (SELECT count(*) FROM CYKLICZNE) || '|' || (SELECT count(*) FROM KONTRAHENCI)")),
              counts);
     // The firm's caption follows its imported data.
