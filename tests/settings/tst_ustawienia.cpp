@@ -219,7 +219,6 @@ void TestUstawienia::readOnlyFirmSavesNothing()
 {
     CloseDb();
     openFirm(true);
-    QVERIFY(firmReadOnly());
     const QString before = stored(FirstRows) + globals();
     frmUstawienia w;
     w.show();
