@@ -344,8 +344,8 @@ void TestFrmPrzelew::slipAidsWhileTyping()
     }
 
     auto zus = filledWindow(5);
-    QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblTytulMiejsce"))->isVisible());
-    QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblKodQR"))->isVisible());
+    QVERIFY(!child(zus.get(), QStringLiteral("lblTytulMiejsce"))->isVisible() &&
+            !child(zus.get(), QStringLiteral("lblKodQR"))->isVisible());
 }
 
 // The firm's NIP, NRS, tax identifier type (lstTypIdentPodatki: 0 NIP, 2 PESEL) and identifier,
