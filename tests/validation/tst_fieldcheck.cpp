@@ -54,8 +54,7 @@ private Q_SLOTS:
     void cleanup();
     void firstWrongFieldInTabOrderReported_data();
     void firstWrongFieldInTabOrderReported();
-    void requiredFields();
-    void typingIsFiltered();
+    void typingAndRequiredFields();
 
 private:
     std::unique_ptr<Form> m_form;
@@ -117,18 +116,7 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported()
     QCOMPARE(wrong->text(), values[std::find(names, names + 5, failed) - names]); // nothing corrected or cut
 }
 
-void TestFieldCheck::requiredFields()
-{
-    m_form->field("txtdata")->setText(QStringLiteral("05-03-2026"));
-    m_form->field("txtnazwa")->setText(QStringLiteral("  "));
-    QVERIFY(FieldCheck::SprawdzPuste({m_form->field("txtdata"), m_form->field("txtnazwa"), m_form->field("txtkod")}));
-    QCOMPARE(m_dialogs->calls.size(), 1);
-    QCOMPARE(m_dialogs->calls[0].text, QStringLiteral("To pole nie może być puste"));
-    QCOMPARE(QApplication::focusWidget(), m_form->field("txtnazwa"));
-    QVERIFY(!FieldCheck::SprawdzPuste({m_form->field("txtdata")}));
-}
-
-void TestFieldCheck::typingIsFiltered()
+void TestFieldCheck::typingAndRequiredFields()
 {
     // The window's own key filter: quotes refused with a beep, Backspace and Polish letters
     // (sent as text alone) let through.
@@ -168,6 +156,14 @@ void TestFieldCheck::typingIsFiltered()
     QTest::keyClicks(wartosc, QStringLiteral("10,005"));
     QVERIFY(!FieldCheck::SprawdzPola(m_form.get()));
     QCOMPARE(data->text() + QLatin1Char('|') + wartosc->text(), QStringLiteral("07-03-2026|10,01"));
+
+    // Required fields: blanks count as empty, the first empty one is reported.
+    nazwa->setText(QStringLiteral("  "));
+    QVERIFY(FieldCheck::SprawdzPuste({data, nazwa, m_form->field("txtkod")}));
+    QCOMPARE(m_dialogs->calls.size(), 1);
+    QCOMPARE(m_dialogs->calls[0].text, QStringLiteral("To pole nie może być puste"));
+    QCOMPARE(QApplication::focusWidget(), nazwa);
+    QVERIFY(!FieldCheck::SprawdzPuste({data}));
 }
 
 QTEST_MAIN(TestFieldCheck)
