@@ -30,7 +30,6 @@ private Q_SLOTS:
     void firstUserAndLogin();
     void areaAnswersToRight();
     void suiteFirmsOffered();
-    void dueAlarmWaitsForLogin();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -168,6 +167,17 @@ void TestUsers::areaAnswersToRight()
             m_main->closeAllWindows();
         }
     }
+
+    // The due-payments alarm of a protected program waits for a user with the right to documents.
+    UserSession::instance().logout();
+    Q_EMIT FirmEvents::instance().paymentsDue();
+    QCoreApplication::processEvents();
+    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), Password));
+    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
+    QVERIFY(m_main->childWindow(QStringLiteral("frmzap_term")));
+    m_main->closeAllWindows();
 }
 
 // "Otwórz firmę..." offers the suite's firms; the first choice of one makes its database.
@@ -190,24 +200,6 @@ void TestUsers::suiteFirmsOffered()
     QCOMPARE(path, appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
     QVERIFY(QFile::exists(path));
     QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), path);
-}
-
-
-// The due-payments alarm of a protected program waits for a user with the right to documents.
-void TestUsers::dueAlarmWaitsForLogin()
-{
-    QVERIFY(Users::save({{QStringLiteral("Ewa"), m_hash, {Users::Admin}},
-                         {QStringLiteral("Jan"), m_hash, {QStringLiteral("Dokumenty")}}}));
-    QVERIFY(UserSession::instance().reload());
-    UserSession::instance().logout();
-    Q_EMIT FirmEvents::instance().paymentsDue();
-    QCoreApplication::processEvents();
-    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
-    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), Password));
-    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
-    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
-    QVERIFY(m_main->childWindow(QStringLiteral("frmzap_term")));
-    m_main->closeAllWindows();
 }
 
 QTEST_MAIN(TestUsers)
