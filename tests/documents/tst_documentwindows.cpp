@@ -143,7 +143,7 @@ void TestDocumentWindows::fieldChecks_data()
     QTest::newRow("contractor without name") << false << "txtnazwa" << "  " << false << "nie może być puste" << false;
     QTest::newRow("contractor NIP") << false << "txtNIP" << "123-456-7890-" << false << "numerem NIP-u." << false;
     QTest::newRow("contractor postal code, left") << false << "txtkod" << "1-2345" << true << "nie jest kodem" << false;
-    QTest::newRow("contractor account") << false << "txtkonto" << "61109010140000071219812875" << true << account
+    QTest::newRow("contractor account") << false << "txtkonto" << "61 1090 1014 0000 0712 1981 2875" << true << account
                                         << true;
     QTest::newRow("contractor NIP check digit") << false << "txtNIP" << "783-191-63-67" << true << "NIP ma błędną"
                                                 << true;

@@ -37,7 +37,7 @@ void selectRows(frmprzegladanie &w, const QList<int> &rows)
         list->selectionModel()->setCurrentIndex(list->model()->index(rows.first(), 0), QItemSelectionModel::NoUpdate);
 }
 
-// The period chosen, each period's own control enabled alone.
+// Days chosen as the period: only their fields enabled.
 void showDays(frmprzegladanie &w, const char *first, const char *last)
 {
     child<QRadioButton>(&w, QStringLiteral("optdata_2"))->click();
