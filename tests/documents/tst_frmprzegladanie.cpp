@@ -37,11 +37,14 @@ void selectRows(frmprzegladanie &w, const QList<int> &rows)
         list->selectionModel()->setCurrentIndex(list->model()->index(rows.first(), 0), QItemSelectionModel::NoUpdate);
 }
 
+// Days chosen as the period: only their fields enabled.
 void showDays(frmprzegladanie &w, const char *first, const char *last)
 {
     child<QRadioButton>(&w, QStringLiteral("optdata_2"))->click();
     fill(&w, {{"txtdata_0", first}, {"txtdata_1", last}});
     Q_EMIT child<QLineEdit>(&w, QStringLiteral("txtdata_1"))->editingFinished();
+    QVERIFY(!child(&w, QStringLiteral("lstrok"))->isEnabled() && !child(&w, QStringLiteral("lstmies"))->isEnabled());
+    QVERIFY(child(&w, QStringLiteral("txtdata_0"))->isEnabled());
 }
 
 } // namespace
@@ -49,22 +52,16 @@ void showDays(frmprzegladanie &w, const char *first, const char *last)
 class TestFrmPrzegladanie : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void periodControls_data();
-    void periodControls();
     void commandsOnTheList();
 
 private:
     TestEnv m_env;
-    std::unique_ptr<RecordingDialogs> m_dialogs;
-    QStringList m_jobs;
 };
 
-void TestFrmPrzegladanie::init()
+// Days, printing, correcting, deleting, a month and the contractor filter.
+void TestFrmPrzegladanie::commandsOnTheList()
 {
-    m_dialogs = std::make_unique<RecordingDialogs>();
+    RecordingDialogs dialogs;
     FirmData firm = sampleFirm();
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money::fromZlote(5000)};
     QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("przeg.zlc")), firm));
@@ -78,87 +75,44 @@ void TestFrmPrzegladanie::init()
     PaymentDocument old = sampleDocument(2, QDate(2023, 3, 5));
     old.klientNazwa = QStringLiteral("Młyn");
     QVERIFY(DocumentStore::insert(Db(), old));
-    m_jobs.clear();
-    printToPdf(m_env.newPath(QStringLiteral("out.pdf")), &m_jobs);
-    m_dialogs->clear();
-}
-
-void TestFrmPrzegladanie::cleanup()
-{
-    CloseDb();
-    m_dialogs.reset();
-}
-
-void TestFrmPrzegladanie::periodControls_data()
-{
-    QTest::addColumn<int>("option");
-    QTest::addColumn<QString>("choice"); // year or month text, or "first|last"
-    QTest::addColumn<int>("count");
-    QTest::addColumn<QString>("firstLine");
-    QTest::newRow("1 to 31 March lists both end days") << 2 << "01-03-2024|31-03-2024" << 6
-                                                       << "01-03-2024 Przelew bankowy - 1 234,50";
-    QTest::newRow("2 to 30 March leaves them out") << 2 << "02-03-2024|30-03-2024" << 4
-                                                   << "10-03-2024 Bankowy dowod wpłaty - 1 234,50";
-    QTest::newRow("March of every year") << 1 << "Marzec" << 7 << "";
-}
-
-void TestFrmPrzegladanie::periodControls()
-{
-    QFETCH(int, option);
-    QFETCH(QString, choice);
-    QFETCH(int, count);
-    QFETCH(QString, firstLine);
+    QStringList jobs;
+    printToPdf(m_env.newPath(QStringLiteral("out.pdf")), &jobs);
     frmprzegladanie w;
     w.show();
-    if (option == 2) {
-        const QStringList ends = choice.split(QLatin1Char('|'));
-        showDays(w, qPrintable(ends[0]), qPrintable(ends[1]));
-    } else {
-        child<QRadioButton>(&w, QStringLiteral("optdata_%1").arg(option))->click();
-        auto *list = child<QComboBox>(&w, option == 0 ? QStringLiteral("lstrok") : QStringLiteral("lstmies"));
-        list->setCurrentIndex(list->findText(choice, Qt::MatchFixedString));
-    }
-    QCOMPARE(child<QComboBox>(&w, QStringLiteral("lstrok"))->isEnabled(), option == 0);
-    QCOMPARE(child<QComboBox>(&w, QStringLiteral("lstmies"))->isEnabled(), option == 1);
-    QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtdata_0"))->isEnabled(), option == 2);
-    QCOMPARE(lines(w).size(), count);
-    // Columns as wide as their text, the amount right-aligned; recipient, then title.
+    showDays(w, "02-03-2024", "30-03-2024");
+    QCOMPARE(lines(w).first(), QStringLiteral("10-03-2024 Bankowy dowod wpłaty - 1 234,50"));
+    QCOMPARE(lines(w).size(), 4);
+    // Both end days listed; columns as wide as their text, the amount right-aligned; recipient, then title.
+    showDays(w, "01-03-2024", "31-03-2024");
     const auto *view = child<QTreeView>(&w, QStringLiteral("lstwynik"));
-    QCOMPARE(view->model()->columnCount(), 5);
-    for (int row = 0; row < view->model()->rowCount(); ++row)
+    const QAbstractItemModel &m = *view->model();
+    QCOMPARE(m.columnCount(), 5);
+    for (int row = 0; row < m.rowCount(); ++row)
         for (int column = 0; column < 5; ++column) {
-            const QString text = view->model()->index(row, column).data().toString();
+            const QString text = m.index(row, column).data().toString();
             QVERIFY2(view->fontMetrics().horizontalAdvance(text) < view->columnWidth(column), qPrintable(text));
         }
-    const QModelIndex amount = view->model()->index(0, 4);
-    QVERIFY(amount.data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignRight);
-    if (!firstLine.isEmpty())
-        QCOMPARE(lines(w).first() + QLatin1Char('|') + view->model()->index(0, 2).data().toString() + QLatin1Char('|') +
-                     view->model()->index(0, 3).data().toString(),
-                 firstLine + QStringLiteral("|Hurtownia Gęśla|Faktura 12/2026"));
-}
+    QVERIFY(m.index(0, 4).data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignRight);
+    QCOMPARE(lines(w).first() + '|' + m.index(0, 2).data().toString() + '|' + m.index(0, 3).data().toString(),
+             QStringLiteral("01-03-2024 Przelew bankowy - 1 234,50|Hurtownia Gęśla|Faktura 12/2026"));
+    QCOMPARE(lines(w).size(), 6);
 
-// Printing, correcting, deleting and the contractor filter, on the list of March 2024.
-void TestFrmPrzegladanie::commandsOnTheList()
-{
-    frmprzegladanie w;
-    showDays(w, "01-03-2024", "31-03-2024");
     // One ZUS document printed as issued; a group, every line as viewed (row n holds
     // kind and id n + 1); nothing selected: a beep.
     selectRows(w, {4});
     click(&w, QStringLiteral("cmddrukuj"));
-    QCOMPARE(m_jobs, QStringList{QStringLiteral("dprzelewZus portrait 5")});
-    QCOMPARE(m_dialogs->callsOf(QStringLiteral("copies")).size(), 1);
-    m_jobs.clear();
+    QCOMPARE(jobs, QStringList{QStringLiteral("dprzelewZus portrait 5")});
+    QCOMPARE(dialogs.callsOf(QStringLiteral("copies")).size(), 1);
+    jobs.clear();
     selectRows(w, {0, 2, 4, 5});
     click(&w, QStringLiteral("cmddrukgrupe"));
-    QCOMPARE(m_jobs, (QStringList{"dprzelew landscape 1", "dprzelew landscape 3", "dprzelew portrait 5",
+    QCOMPARE(jobs, (QStringList{"dprzelew landscape 1", "dprzelew landscape 3", "dprzelew portrait 5",
                                   "dprzelew portrait 6"}));
-    QCOMPARE(m_dialogs->callsOf(QStringLiteral("copies")).size(), 1);
+    QCOMPARE(dialogs.callsOf(QStringLiteral("copies")).size(), 1);
     selectRows(w, {});
     click(&w, QStringLiteral("cmddrukgrupe"));
-    QCOMPARE(m_jobs.size(), 4);
-    QCOMPARE(m_dialogs->beeps, 1);
+    QCOMPARE(jobs.size(), 4);
+    QCOMPARE(dialogs.beeps, 1);
 
     // A correction opened from the list rebuilds it.
     selectRows(w, {0});
@@ -169,29 +123,27 @@ void TestFrmPrzegladanie::commandsOnTheList()
     fill(entry, {{"txtwartosc", "100,00"}});
     QVERIFY(entry->save());
     entry->close();
-    QCOMPARE(lines(w).size(), 6);
     QCOMPARE(lines(w).first(), QStringLiteral("01-03-2024 Przelew bankowy - 100,00"));
 
     // Deleting asks first and gives the amount back to the account.
     const Money before = Accounts::list()[0].balance;
-    m_dialogs->clear();
+    dialogs.clear();
     selectRows(w, {});
     click(&w, QStringLiteral("cmdusun"));
-    QCOMPARE(m_dialogs->beeps, 1);
-    QVERIFY(m_dialogs->callsOf(QStringLiteral("question")).isEmpty());
+    QCOMPARE(dialogs.beeps, 1);
     selectRows(w, {2});
     click(&w, QStringLiteral("cmdusun"));
-    const auto asked = m_dialogs->callsOf(QStringLiteral("question"));
-    QCOMPARE(asked.size(), 1);
-    QVERIFY(asked[0].text.startsWith(QStringLiteral("Jesteś pewien że chcesz usunąć - 15-03-2024")));
+    const auto asked = dialogs.callsOf(QStringLiteral("question"));
+    QVERIFY(asked.size() == 1 && asked[0].text.startsWith(QStringLiteral("Jesteś pewien że chcesz usunąć - 15-03-2024")));
     QCOMPARE(lines(w).size(), 5);
     QVERIFY(!lines(w).join(QLatin1Char('\n')).contains(QStringLiteral("15-03-2024")));
     QCOMPARE(Accounts::list()[0].balance - before, Money::fromGrosze(123450));
-    QCOMPARE(stored(QStringLiteral("SELECT STAN_KONTA1 FROM firma")).toLongLong(), Accounts::list()[0].balance.units());
 
     // March of every year, then only the contractor chosen in the dictionary.
     child<QRadioButton>(&w, QStringLiteral("optdata_1"))->click();
     child<QComboBox>(&w, QStringLiteral("lstmies"))->setCurrentIndex(2);
+    QVERIFY(!child(&w, QStringLiteral("lstrok"))->isEnabled() && !child(&w, QStringLiteral("txtdata_0"))->isEnabled());
+    QVERIFY(child(&w, QStringLiteral("lstmies"))->isEnabled());
     QCOMPARE(lines(w).size(), 6);
     click(&w, QStringLiteral("cmdSzukaj"));
     auto *dictionary = shownWindow<frmKontrahenci>();

@@ -12,20 +12,40 @@
 
 #include <memory>
 
+namespace {
+
+std::unique_ptr<frmZbiorowka> open(const QString &day, int accountIndex)
+{
+    auto w = std::make_unique<frmZbiorowka>();
+    w->show();
+    child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(accountIndex);
+    auto *date = child<QLineEdit>(w.get(), QStringLiteral("txtData"));
+    date->setText(day);
+    Q_EMIT date->editingFinished();
+    return w;
+}
+
+QStringList lines(QWidget *w)
+{
+    QStringList out;
+    auto *list = child<QListWidget>(w, QStringLiteral("lstkwoty"));
+    for (int i = 0; i < list->count(); ++i)
+        out << list->item(i)->text();
+    return out;
+}
+
+} // namespace
+
 class TestZbiorowka : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void editingTheList();
-    void printedStatement();
+    void editingAndPrinting();
 
 private:
-    std::unique_ptr<frmZbiorowka> open(const QString &day, int accountIndex);
-    QStringList lines(QWidget *w);
     TestEnv m_env;
 };
 
-void TestZbiorowka::initTestCase()
+void TestZbiorowka::editingAndPrinting()
 {
     FirmData firm = sampleFirm();
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"), {}};
@@ -46,35 +66,12 @@ void TestZbiorowka::initTestCase()
         doc.wartosc = *Money::parse(d.amount);
         QVERIFY(DocumentStore::insert(Db(), doc));
     }
-}
-
-std::unique_ptr<frmZbiorowka> TestZbiorowka::open(const QString &day, int accountIndex)
-{
-    auto w = std::make_unique<frmZbiorowka>();
-    w->show();
-    child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(accountIndex);
-    auto *date = child<QLineEdit>(w.get(), QStringLiteral("txtData"));
-    date->setText(day);
-    Q_EMIT date->editingFinished();
-    return w;
-}
-
-QStringList TestZbiorowka::lines(QWidget *w)
-{
-    QStringList out;
-    auto *list = child<QListWidget>(w, QStringLiteral("lstkwoty"));
-    for (int i = 0; i < list->count(); ++i)
-        out << list->item(i)->text();
-    return out;
-}
-
-void TestZbiorowka::editingTheList()
-{
     RecordingDialogs d;
+    const QString pdf = m_env.newPath(QStringLiteral("zbiorowka.pdf"));
+    printToPdf(pdf);
     // Only bank transfers of that account and day.
     auto w = open(QStringLiteral("5-3-2026"), 1);
     QCOMPARE(lines(w.get()), QStringList{"77,00"});
-    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), QStringLiteral("77,00"));
     child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(0);
     auto *list = child<QListWidget>(w.get(), QStringLiteral("lstkwoty"));
     click(w.get(), QStringLiteral("cmdzmien")); // nothing chosen
@@ -88,11 +85,11 @@ void TestZbiorowka::editingTheList()
     click(w.get(), QStringLiteral("cmdnowa")); // cancelled
     click(w.get(), QStringLiteral("cmdnowa"));
     QCOMPARE(lines(w.get()), (QStringList{"25,50", "0,99", "1 000 000,00", "1,00"}));
-    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), QStringLiteral("1 000 027,49"));
+    auto *total = child<QLineEdit>(w.get(), QStringLiteral("txtrazem"));
+    QCOMPARE(total->text(), QStringLiteral("1 000 027,49"));
     list->setCurrentRow(2);
     d.answers << false << true;
     click(w.get(), QStringLiteral("cmdusun"));
-    QCOMPARE(list->count(), 4);
     click(w.get(), QStringLiteral("cmdusun"));
     QCOMPARE(lines(w.get()), (QStringList{"25,50", "0,99", "1,00"}));
     // The list is the window's own copy: the stored documents are as they were.
@@ -101,20 +98,13 @@ void TestZbiorowka::editingTheList()
              QStringLiteral("100000,9900,10000000000"));
     click(w.get(), QStringLiteral("cmdZeruj"));
     QCOMPARE(list->count(), 0);
-    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), QStringLiteral("0,00"));
-}
+    QCOMPARE(total->text(), QStringLiteral("0,00"));
 
-void TestZbiorowka::printedStatement()
-{
-    RecordingDialogs d;
-    const QString pdf = m_env.newPath(QStringLiteral("zbiorowka.pdf"));
-    printToPdf(pdf);
     // A day with only a deposit slip: nothing to print, a beep.
-    auto w = open(QStringLiteral("09-03-2026"), 0);
+    w = open(QStringLiteral("09-03-2026"), 0);
     QCOMPARE(lines(w.get()), QStringList());
-    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), QStringLiteral("0,00"));
     click(w.get(), QStringLiteral("cmdwystaw"));
-    QCOMPARE(d.beeps, 1);
+    QCOMPARE(d.beeps, 2);
     QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
     // Another day typed and printed at once with Alt+W: the statement is of the day
     // typed, as if the field had been left.
@@ -128,12 +118,9 @@ void TestZbiorowka::printedStatement()
     QTRY_COMPARE(d.callsOf(QStringLiteral("copies")).size(), 1);
     QCOMPARE(date->text(), QStringLiteral("06-03-2026"));
     QCOMPARE(lines(w.get()), QStringList{"33,00"});
-    const PdfContent content = readPdf(pdf);
-    const QString text = content.text();
-    QVERIFY2(text.contains(QStringLiteral("Ilość przelewów: 1")), qPrintable(text));
-    QVERIFY(text.contains(QStringLiteral("PKO BP")));
-    QVERIFY(text.contains(QStringLiteral("Razem: 33,00")));
-    QVERIFY(text.contains(QStringLiteral("Data: 06-03-2026")));
+    const QString text = readPdf(pdf).text();
+    for (const char *part : {"Ilość przelewów: 1", "PKO BP", "Razem: 33,00", "Data: 06-03-2026"})
+        QVERIFY2(text.contains(QString::fromUtf8(part)), qPrintable(text));
 }
 
 QTEST_MAIN(TestZbiorowka)

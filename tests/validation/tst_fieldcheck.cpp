@@ -54,8 +54,7 @@ private Q_SLOTS:
     void cleanup();
     void firstWrongFieldInTabOrderReported_data();
     void firstWrongFieldInTabOrderReported();
-    void requiredFields();
-    void typingIsFiltered();
+    void typingAndRequiredFields();
 
 private:
     std::unique_ptr<Form> m_form;
@@ -81,19 +80,17 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported_data()
 {
     QTest::addColumn<QStringList>("values"); // data, kod, nip, wartosc, nazwa
     QTest::addColumn<QString>("failed");     // empty: all pass
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("message");    // "text|title"
     QTest::newRow("all correct") << QStringList{"05-03-2026", "00-950", "123-456-78-90", "1 234,56", "Hurtownia"} << ""
-                                 << "" << "";
-    QTest::newRow("amount before postal code")
-        << QStringList{"05-03-2026", "00950", "123-456-78-90", "12,34,5", ""} << "txtwartosc"
-        << "'12,34,5' nie jest kwotą." << "";
+                                 << "";
+    QTest::newRow("amount before postal code") << QStringList{"05-03-2026", "00950", "123-456-78-90", "12,34,5", ""}
+                                               << "txtwartosc" << "'12,34,5' nie jest kwotą.|";
     QTest::newRow("postal code on the page not in view, before NIP")
         << QStringList{"05-03-2026", " 00950 ", "1234567890", "1,00", ""} << "txtkod"
-        << "'00950' nie jest kodem pocztowym." << "Nieprawidłowa ilość znaków";
+        << "'00950' nie jest kodem pocztowym.|Nieprawidłowa ilość znaków";
     QTest::newRow("text longer than its field")
         << QStringList{"05-03-2026", "", "", "1,00", "Hurtownia Gęśla i Synowie"} << "txtnazwa"
-        << "Tekst w polu Nazwa jest za długi: pole mieści najwyżej 20 znaków." << "";
+        << "Tekst w polu Nazwa jest za długi: pole mieści najwyżej 20 znaków.|";
 }
 
 void TestFieldCheck::firstWrongFieldInTabOrderReported()
@@ -101,7 +98,6 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported()
     QFETCH(QStringList, values);
     QFETCH(QString, failed);
     QFETCH(QString, message);
-    QFETCH(QString, title);
     const char *names[] = {"txtdata", "txtkod", "txtnip", "txtwartosc", "txtnazwa"};
     for (int i = 0; i < 5; ++i)
         FieldCheck::putWhole(m_form->field(names[i]), values[i]);
@@ -112,9 +108,7 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported()
     QCOMPARE(m_dialogs->calls.size(), failed.isEmpty() ? 0 : 1);
     if (failed.isEmpty())
         return;
-    QCOMPARE(m_dialogs->calls[0].text, message);
-    QCOMPARE(m_dialogs->calls[0].title, title);
-    QCOMPARE(m_dialogs->calls[0].icon, Dialogs::Icon::Exclamation);
+    QCOMPARE(m_dialogs->calls[0].text + '|' + m_dialogs->calls[0].title, message);
     QLineEdit *wrong = m_form->field(qPrintable(failed));
     QVERIFY(m_form->tabs->currentWidget()->isAncestorOf(wrong));
     QCOMPARE(QApplication::focusWidget(), wrong);
@@ -122,18 +116,7 @@ void TestFieldCheck::firstWrongFieldInTabOrderReported()
     QCOMPARE(wrong->text(), values[std::find(names, names + 5, failed) - names]); // nothing corrected or cut
 }
 
-void TestFieldCheck::requiredFields()
-{
-    m_form->field("txtdata")->setText(QStringLiteral("05-03-2026"));
-    m_form->field("txtnazwa")->setText(QStringLiteral("  "));
-    QVERIFY(FieldCheck::SprawdzPuste({m_form->field("txtdata"), m_form->field("txtnazwa"), m_form->field("txtkod")}));
-    QCOMPARE(m_dialogs->calls.size(), 1);
-    QCOMPARE(m_dialogs->calls[0].text, QStringLiteral("To pole nie może być puste"));
-    QCOMPARE(QApplication::focusWidget(), m_form->field("txtnazwa"));
-    QVERIFY(!FieldCheck::SprawdzPuste({m_form->field("txtdata")}));
-}
-
-void TestFieldCheck::typingIsFiltered()
+void TestFieldCheck::typingAndRequiredFields()
 {
     // The window's own key filter: quotes refused with a beep, Backspace and Polish letters
     // (sent as text alone) let through.
@@ -173,6 +156,14 @@ void TestFieldCheck::typingIsFiltered()
     QTest::keyClicks(wartosc, QStringLiteral("10,005"));
     QVERIFY(!FieldCheck::SprawdzPola(m_form.get()));
     QCOMPARE(data->text() + QLatin1Char('|') + wartosc->text(), QStringLiteral("07-03-2026|10,01"));
+
+    // Required fields: blanks count as empty, the first empty one is reported.
+    nazwa->setText(QStringLiteral("  "));
+    QVERIFY(FieldCheck::SprawdzPuste({data, nazwa, m_form->field("txtkod")}));
+    QCOMPARE(m_dialogs->calls.size(), 1);
+    QCOMPARE(m_dialogs->calls[0].text, QStringLiteral("To pole nie może być puste"));
+    QCOMPARE(QApplication::focusWidget(), nazwa);
+    QVERIFY(!FieldCheck::SprawdzPuste({data}));
 }
 
 QTEST_MAIN(TestFieldCheck)
