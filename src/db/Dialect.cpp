@@ -346,6 +346,12 @@ bool connectionLost(const QSqlError &error)
     return false;
 }
 
+bool duplicateKey(const QSqlError &error)
+{
+    return error.nativeErrorCode() == QLatin1String("23505") ||
+           error.databaseText().contains(QLatin1String("UNIQUE constraint failed"), Qt::CaseInsensitive);
+}
+
 bool broken(const QSqlDatabase &db)
 {
     if (!isPostgres(db))

@@ -72,6 +72,8 @@ bool definePostgresHelpers(QSqlDatabase &db, QString *error);
 
 // True when an error says the server went away (the connection is to be made again).
 bool connectionLost(const QSqlError &error);
+// True when a write was refused because a unique key (a name, a reference) is taken.
+bool duplicateKey(const QSqlError &error);
 // True when the server connection of `db` is known to be broken (or was closed by the driver).
 bool broken(const QSqlDatabase &db);
 

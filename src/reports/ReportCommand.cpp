@@ -7,6 +7,7 @@
 #include "ReportRegister.h"
 #include "ReportWorkbook.h"
 #include "SafeOutput.h"
+#include "db/Dialect.h"
 #include "StartupSettings.h"
 #include "print/PrintEngine.h"
 #include "print/SlipDrivers.h"
@@ -120,7 +121,7 @@ int reportCommand(const QStringList &args)
         return 2;
     }
     const QString firm = QFileInfo::exists(o.firm) ? QFileInfo(o.firm).absoluteFilePath() : resolveFirmPath(o.firm);
-    if (!QFileInfo::exists(firm)) {
+    if (!Dialect::isAddress(firm) && !QFileInfo::exists(firm)) {
         err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(o.firm)));
         return 1;
     }

@@ -54,6 +54,7 @@ private:
 
 void TestBrowse::initTestCase()
 {
+    SKIP_WITHOUT_SERVER();
     m_env = std::make_unique<TestEnv>();
     m_dialogs = std::make_unique<RecordingDialogs>();
     QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("browse.zlc")), sampleFirm()));

@@ -44,7 +44,11 @@ QStringList dueLines(const QDate &today)
 class TestScheduled : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
+    void initTestCase()
+    {
+        SKIP_WITHOUT_SERVER();
+        m_env = std::make_unique<TestEnv>();
+    }
     void init();
     void cleanup() { CloseDb(); }
 
@@ -131,7 +135,7 @@ void TestScheduled::firmOpeningTellsOfDuePayments()
     const auto previous = appState().todayForRun;
     appState().todayForRun = QDate(2026, 3, 5);
     QSignalSpy spy(&FirmEvents::instance(), &FirmEvents::paymentsDue);
-    const bool opened = OpenDb(m_path);
+    const bool opened = OpenDb(firmLocation(m_path));
     appState().todayForRun = previous;
     QVERIFY(opened);
     QCOMPARE(spy.count(), 1);

@@ -1,5 +1,6 @@
 zlecanki_test(tst_exportfile exchange/tst_exportfile.cpp)
 zlecanki_ui_test(tst_importwindows exchange/tst_importwindows.cpp)
 zlecanki_bus_test(tst_automation exchange/tst_automation.cpp)
+zlecanki_server_run(tst_automation)
 zlecanki_test(tst_bankfile exchange/tst_bankfile.cpp)
 zlecanki_ui_test(tst_bankwindows exchange/tst_bankwindows.cpp)

@@ -71,6 +71,7 @@ QString gvariant(const QStringList &list)
 
 void TestAutomation::initTestCase()
 {
+    SKIP_WITHOUT_SERVER();
     m_env = std::make_unique<TestEnv>();
     QVERIFY2(QDBusConnection::sessionBus().isConnected(), "run under dbus-run-session");
     // The program the bus starts lives in this test's private home.
