@@ -53,6 +53,11 @@ qint64 insertedId(const QSqlQuery &q, const QSqlDatabase &db);
 // overflowing sum into a floating-point number, the server stops the statement instead.
 QString exactInteger(const QSqlDatabase &db, const QString &expression);
 
+// Holds, until the transaction ends, a lock named `key` within the firm, so that two
+// workstations adding the same thing (a contractor of one name) do it one after the other.
+// Nothing on SQLite, whose write transaction keeps every other writer out already.
+bool lockKey(QSqlDatabase &db, const QString &key, QSqlError *error = nullptr);
+
 // The catalogue: whether a table (any letter case) exists, and its columns with their
 // declared types (a server's domain name where the column has one).
 bool tableExists(const QSqlDatabase &db, const QString &table, const QString &schema = QString());
