@@ -53,6 +53,11 @@ qint64 insertedId(const QSqlQuery &q, const QSqlDatabase &db);
 // overflowing sum into a floating-point number, the server stops the statement instead.
 QString exactInteger(const QSqlDatabase &db, const QString &expression);
 
+// Holds, until the transaction ends, a lock named `key` within the firm, so that two
+// workstations adding the same thing (a contractor of one name) do it one after the other.
+// Nothing on SQLite, whose write transaction keeps every other writer out already.
+bool lockKey(QSqlDatabase &db, const QString &key, QSqlError *error = nullptr);
+
 // The catalogue: whether a table (any letter case) exists, and its columns with their
 // declared types (a server's domain name where the column has one).
 bool tableExists(const QSqlDatabase &db, const QString &table, const QString &schema = QString());
@@ -72,6 +77,8 @@ bool definePostgresHelpers(QSqlDatabase &db, QString *error);
 
 // True when an error says the server went away (the connection is to be made again).
 bool connectionLost(const QSqlError &error);
+// True when a write was refused because a unique key (a name, a reference) is taken.
+bool duplicateKey(const QSqlError &error);
 // True when the server connection of `db` is known to be broken (or was closed by the driver).
 bool broken(const QSqlDatabase &db);
 

@@ -2,6 +2,7 @@
 
 #include "FirmDatabase.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -608,10 +609,21 @@ void UpgradeStructure(QSqlDatabase &db)
 {
     // A file that cannot be written still reads its structure in one transaction.
     const bool inTransaction = beginWrite(db) || db.transaction();
+    // A table's columns are read once (many steps look at the same table), and again only
+    // after a step has changed the structure.
+    QHash<QString, QList<QPair<QString, QString>>> known;
     for (const Step &step : upgradeSteps()) {
-        const bool present = hasColumn(db, step.table, step.marker);
-        if (step.needed ? present && step.needed(db) : !present)
+        const QString table = step.table.toLower();
+        if (!known.contains(table))
+            known.insert(table, Dialect::columns(db, step.table));
+        const auto &list = known[table];
+        const bool present = std::any_of(list.begin(), list.end(), [&](const auto &c) {
+            return c.first.compare(step.marker, Qt::CaseInsensitive) == 0;
+        });
+        if (step.needed ? present && step.needed(db) : !present) {
             step.apply(db);
+            known.clear();
+        }
     }
     if (inTransaction && !db.commit())
         db.rollback();

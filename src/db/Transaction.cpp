@@ -16,7 +16,8 @@ Transaction::Transaction(QSqlDatabase db) : m_db(std::move(db))
 
 Transaction::~Transaction()
 {
-    if (m_active)
+    // A connection the server has dropped took its transaction with it.
+    if (m_active && m_db.isOpen())
         QSqlQuery(m_db).exec(QStringLiteral("ROLLBACK"));
 }
 

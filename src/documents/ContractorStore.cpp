@@ -162,6 +162,12 @@ std::optional<qint32> idForName(QSqlDatabase &db, const Contractor &recipient, b
 {
     if (added)
         *added = false;
+    // Another workstation adding the same recipient at this moment adds it first.
+    if (QSqlError why; !Dialect::lockKey(db, QStringLiteral("kontrahent:") + recipient.nazwa.trimmed().toLower(), &why)) {
+        if (error)
+            *error = Structure::explainError(why);
+        return std::nullopt;
+    }
     QSqlQuery q(db);
     // "HURTOWNIA GĘŚLA " is the contractor "Hurtownia Gęśla" already in the dictionary.
     q.prepare(QStringLiteral("SELECT ID FROM kontrahenci WHERE jednakowe(NAZWA, ?) ORDER BY ID LIMIT 1"));

@@ -2,6 +2,7 @@
 
 #include "Contractor.h"
 #include "EntryRules.h"
+#include "db/Dialect.h"
 #include "db/Structure.h"
 
 #include <QSqlError>
@@ -51,9 +52,7 @@ SaveResult saveFailed(const QSqlQuery &q, QString *error)
     if (error)
         *error = Structure::explainError(q.lastError());
     // The name is the payment's key: the unique index refuses a second one.
-    const QString text = q.lastError().databaseText() + q.lastError().driverText();
-    return text.contains(QLatin1String("UNIQUE constraint failed"), Qt::CaseInsensitive) ? SaveResult::Duplicate
-                                                                                          : SaveResult::Failed;
+    return Dialect::duplicateKey(q.lastError()) ? SaveResult::Duplicate : SaveResult::Failed;
 }
 
 QString missing(const QString &name)

@@ -6,6 +6,7 @@
 #include "documents/DocumentStore.h"
 #include "documents/DocumentKinds.h"
 #include "documents/FirmData.h"
+#include "db/Dialect.h"
 #include "db/Transaction.h"
 #include "db/Structure.h"
 
@@ -105,7 +106,7 @@ std::optional<ServerRequest> parseServerValues(const QStringList &values, QStrin
         fail(QStringLiteral("Nie podano pliku bazy firmy (pozycja 1)."), error);
         return std::nullopt;
     }
-    if (!QDir::isAbsolutePath(r.firmPath)) {
+    if (!Dialect::isAddress(r.firmPath) && !QDir::isAbsolutePath(r.firmPath)) {
         fail(QStringLiteral("Plik bazy firmy (pozycja 1) trzeba podać pełną ścieżką: \"%1\".").arg(r.firmPath), error);
         return std::nullopt;
     }
@@ -215,7 +216,7 @@ std::optional<qint32> StoreServerDocument(QSqlDatabase db, const ServerRequest &
             return q.exec() || fail(Structure::explainError(q.lastError()), e);
         };
     const auto id = DocumentStore::insert(db, doc, error, keepReference, contractorAdded);
-    if (!id) {
+    if (!id && !Dialect::broken(db)) {
         // Another server may have stored the same reference meanwhile: its document is the answer.
         if (const auto earlier = findServerReference(db, reference)) {
             *repeated = true;

@@ -16,7 +16,7 @@ struct ServerRequest {
     // Where the slip goes: nowhere, a PDF file, or a printer queue.
     enum class Target { None, Pdf, Printer };
 
-    QString firmPath;    // 1: the firm database file
+    QString firmPath;    // 1: the firm database file or server address
     int banknr = 1;      // 2: the paying account, 1..40 (empty: 1)
     Target target = Target::None; // 3: empty, "pdf:PATH" or a queue name
     QString targetName;  //    the PDF file or the queue

@@ -4,6 +4,7 @@
 #include "Dialogs.h"
 #include "documents/Firm.h"
 #include "SafeOutput.h"
+#include "db/Dialect.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
 #include "documents/Accounts.h"
@@ -15,6 +16,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
 
 namespace {
 
@@ -54,9 +57,36 @@ bool fail(const QString &text, QString *error)
     return false;
 }
 
-bool sameFile(const QString &a, const QString &b)
+// The same firm: one file by its real path, or one schema of one database on one server
+// however its address was spelt.
+bool sameFirm(const QString &a, const QString &b)
 {
-    return !a.isEmpty() && !b.isEmpty() && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath();
+    if (a.isEmpty() || b.isEmpty())
+        return false;
+    if (Dialect::isAddress(a) || Dialect::isAddress(b)) {
+        const auto x = Dialect::parseAddress(a);
+        const auto y = Dialect::parseAddress(b);
+        return x && y && Dialect::addressText(*x) == Dialect::addressText(*y);
+    }
+    return QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath();
+}
+
+// The firm named by a caller: a server address in its usual spelling, or a file's full path;
+// a Polish message when it names none.
+std::optional<QString> firmNamed(const QString &name, QString *error)
+{
+    if (Dialect::isAddress(name)) {
+        const auto address = Dialect::parseAddress(name, error);
+        if (!address)
+            return std::nullopt;
+        return Dialect::addressText(*address);
+    }
+    const QFileInfo fi(name);
+    if (name.trimmed().isEmpty() || !fi.isFile()) {
+        fail(QStringLiteral("Nie ma pliku bazy firmy: %1").arg(QDir::toNativeSeparators(name)), error);
+        return std::nullopt;
+    }
+    return fi.absoluteFilePath();
 }
 
 } // namespace
@@ -77,19 +107,19 @@ clsSerwer::~clsSerwer()
 bool clsSerwer::OtworzBaze(const QString &path, QString *error)
 {
     ZamknijBaze();
-    const QFileInfo fi(path);
-    if (path.trimmed().isEmpty() || !fi.isFile())
-        return fail(QStringLiteral("Nie ma pliku bazy firmy: %1").arg(QDir::toNativeSeparators(path)), error);
+    const auto firm = firmNamed(path, error);
+    if (!firm)
+        return false;
     bool readOnly = false;
     QString why;
-    auto db = FirmDatabase::open(fi.absoluteFilePath(), Connection, &readOnly, &why);
+    auto db = FirmDatabase::open(*firm, Connection, &readOnly, &why);
     if (!db) {
         FirmDatabase::close(Connection);
         return fail(why, error);
     }
     if (!readOnly)
         Structure::UpgradeStructure(*db);
-    m_path = fi.absoluteFilePath();
+    m_path = *firm;
     m_readOnly = readOnly;
     return true;
 }
@@ -105,12 +135,35 @@ void clsSerwer::ZamknijBaze()
 
 bool clsSerwer::UruchomZBaza(const QString &path, QString *error)
 {
-    if (!path.isEmpty() && !QFileInfo(path).isFile())
-        return fail(QStringLiteral("Nie ma pliku bazy firmy: %1").arg(QDir::toNativeSeparators(path)), error);
+    std::optional<QString> firm = QString();
+    if (!path.isEmpty() && !(firm = firmNamed(path, error)))
+        return false;
     if (!m_starter)
         return fail(QStringLiteral("Ten proces nie może uruchomić okna programu."), error);
-    m_starter(path.isEmpty() ? QString() : QFileInfo(path).absoluteFilePath());
+    m_starter(*firm);
     return true;
+}
+
+bool clsSerwer::reconnectWhenLost(QString *error)
+{
+    QSqlDatabase db = QSqlDatabase::database(Connection, false);
+    if (!Dialect::isPostgres(db))
+        return true;
+    // A server restarted since the last call leaves a connection that looks sound until it is
+    // used: one plain question finds out before anything is written.
+    if (!Dialect::broken(db)) {
+        QSqlQuery probe(db);
+        if (probe.exec(QStringLiteral("SELECT 1")) || !Dialect::connectionLost(probe.lastError()))
+            return true;
+    }
+    const auto address = Dialect::parseAddress(m_path);
+    QString why;
+    if (address && Dialect::reconnect(db, *address, &why))
+        return true;
+    return fail(QStringLiteral("Utracono połączenie z serwerem bazy danych firmy i nie udało się go nawiązać ponownie. "
+                               "Nic nie zostało zapisane.\n") +
+                    why,
+                error);
 }
 
 std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const QString &reference, QString *error,
@@ -130,8 +183,8 @@ std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const 
 
     // A firm the caller opened itself stays open for its next call; any other is opened
     // for this one transfer.
-    const bool keepOpen = sameFile(m_path, request->firmPath);
-    if (!keepOpen && !OtworzBaze(request->firmPath, error))
+    const bool keepOpen = sameFirm(m_path, request->firmPath);
+    if (keepOpen ? !reconnectWhenLost(error) : !OtworzBaze(request->firmPath, error))
         return std::nullopt;
     struct Closer {
         clsSerwer *server;
@@ -180,7 +233,7 @@ std::optional<qint32> clsSerwer::WystawPrzelew(const QStringList &values, const 
         return id;
 
     // The program's window works on the same firm: its accounts and contractors follow.
-    if (sameFile(firmFile(), m_path)) {
+    if (sameFirm(firmFile(), m_path)) {
         Accounts::load(Db());
         if (contractorAdded)
             Q_EMIT ContractorEvents::instance().changed();

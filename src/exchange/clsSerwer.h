@@ -29,8 +29,8 @@ public:
     clsSerwer(const clsSerwer &) = delete;
     clsSerwer &operator=(const clsSerwer &) = delete;
 
-    // Opens a firm database file (the one kept open until ZamknijBaze); false, with the
-    // reason in `error`, when it is missing or is not a firm's database.
+    // Opens a firm database, a file or a server address (the one kept open until ZamknijBaze);
+    // false, with the reason in `error`, when it is missing or is not a firm's database.
     bool OtworzBaze(const QString &path, QString *error = nullptr);
     void ZamknijBaze();
     bool isOpen() const { return !m_path.isEmpty(); }
@@ -56,9 +56,11 @@ public:
     void setStarter(Starter starter) { m_starter = std::move(starter); }
 
 private:
+    // The kept firm's server connection made again when it was lost since the last call.
+    bool reconnectWhenLost(QString *error);
     bool print(const ServerRequest &request, qint32 id, std::unique_ptr<PrintSurface> surface, QString *error);
 
-    QString m_path; // the open firm file, empty when none
+    QString m_path; // the open firm's file or server address, empty when none
     bool m_readOnly = false;
     PrinterFactory m_printerFactory;
     Starter m_starter;

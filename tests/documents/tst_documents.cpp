@@ -86,6 +86,7 @@ Q_DECLARE_METATYPE(Browse::Filter)
 class TestDocuments : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void initTestCase() { SKIP_WITHOUT_SERVER(); }
     void init();
     void cleanup() { CloseDb(); }
 

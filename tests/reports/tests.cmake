@@ -1,2 +1,3 @@
 zlecanki_test(tst_reports reports/tst_reports.cpp)
+zlecanki_server_run(tst_reports)
 zlecanki_ui_test(tst_reportwindows reports/tst_reportwindows.cpp)

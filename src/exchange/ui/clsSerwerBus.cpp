@@ -1,6 +1,7 @@
 #include "clsSerwerBus.h"
 
 #include "clsSerwerAdaptor.h"
+#include "db/Dialect.h"
 #include "print/ui/PrinterSurface.h"
 
 #include <QDBusConnection>
@@ -43,7 +44,7 @@ bool clsSerwerBus::OtworzBaze(const QString &path)
 {
     Q_EMIT called();
     // Only a full path names one file whatever the server's working folder is.
-    if (!QDir::isAbsolutePath(path)) {
+    if (!Dialect::isAddress(path) && !QDir::isAbsolutePath(path)) {
         refuse(QStringLiteral("Plik bazy firmy trzeba podać pełną ścieżką: \"%1\".").arg(path));
         return false;
     }
@@ -61,7 +62,7 @@ void clsSerwerBus::UruchomZBaza(const QString &path)
 {
     Q_EMIT called();
     QString error;
-    if (!path.isEmpty() && !QDir::isAbsolutePath(path))
+    if (!path.isEmpty() && !Dialect::isAddress(path) && !QDir::isAbsolutePath(path))
         refuse(QStringLiteral("Plik bazy firmy trzeba podać pełną ścieżką: \"%1\".").arg(path));
     else if (!m_server.UruchomZBaza(path, &error))
         refuse(error);
