@@ -10,9 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QSqlError>
 #include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTest>
 
 #include <memory>
@@ -180,7 +178,6 @@ void TestMdbConversion::settingsOfEachUpgradeStep()
     QCOMPARE(queryRows(m_db, QStringLiteral("SELECT Data, Wstawiany, Nowe, CzteryOdcinki, CzteryNaStronie, Szary, Eliksir "
                                        "FROM Ustawienia")),
              expected);
-    QCOMPARE(queryRows(m_db, QStringLiteral("SELECT MargLewy, MargPrawy FROM Ustawienia2")), QStringLiteral("0|0"));
 }
 
 void TestMdbConversion::valuesMadeToFit()
@@ -212,17 +209,12 @@ void TestMdbConversion::badFiles()
 {
     QFETCH(QByteArray, bytes);
     const QString old = m_env->newPath(QStringLiteral("zly.mdb"));
-    QFile f(old);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-    f.close();
+    QVERIFY(writeFile(old, bytes));
     const QString target = m_env->newPath(QStringLiteral("zly.zlc"));
     const auto r = MdbConversion::convertFile(old, target);
     // Either refused with a message, or read as a file without any table: never a firm.
     QVERIFY(!r.ok ? !r.error.isEmpty() : !r.firmTables && r.rows.isEmpty());
     QCOMPARE(QFile::exists(target), r.ok);
-    QFile::remove(target);
-    QFile::remove(old);
 }
 
 void TestMdbConversion::damagedAccessFiles_data()
@@ -385,16 +377,11 @@ void TestMdbConversion::importMdbCommand()
         for (const QString &left : dir.entryList(building, QDir::Files | QDir::Hidden))
             QFile::remove(dir.filePath(left));
     }
-    p.start(programPath(), {QStringLiteral("import-mdb"), old, target});
-    QVERIFY(p.waitForFinished(60000));
-    QCOMPARE(p.exitCode(), 0);
-    const QString out = QString::fromLocal8Bit(p.readAllStandardOutput());
-    QVERIFY2(out.contains(QLatin1String("Orders\t830\n")) && out.contains(QLatin1String("Order Details\t2155\n")), qPrintable(out));
+    const TestEnv::Run r = m_env->run({QStringLiteral("import-mdb"), old, target});
+    QCOMPARE(r.code, 0);
+    QVERIFY2(r.out.contains(QLatin1String("Orders\t830\n")) && r.out.contains(QLatin1String("Order Details\t2155\n")), qPrintable(r.out));
     QVERIFY(QFile::exists(target + QStringLiteral(".zlc")));
-    // A second run refuses to overwrite.
-    p.start(programPath(), {QStringLiteral("import-mdb"), old, target});
-    QVERIFY(p.waitForFinished(60000));
-    QCOMPARE(p.exitCode(), 1);
+    QCOMPARE(m_env->run({QStringLiteral("import-mdb"), old, target}).code, 1); // never overwrites
 }
 
 int main(int argc, char **argv)

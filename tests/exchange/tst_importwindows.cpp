@@ -222,42 +222,25 @@ void TestImportWindows::firmImport_data()
     QTest::addColumn<QString>("counts");   // FIRMA name, rows of ZLECANKI, CYKLICZNE, KONTRAHENCI
     const QString question = QStringLiteral("Import skasuje wszystkie aktualne dane z wybranych kategorii.");
     const QString ok = QStringLiteral("Import zakończono pomyślnie");
-    const QString empty = QStringLiteral("|0|0|0");
-    QTest::newRow("all into an empty firm") << "firm" << "file" << "1111" << 1 << QStringList{question, ok}
-                                            << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("from a firm on the server") << "server" << "file" << "1111" << 1 << QStringList{question, ok}
-                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("into a firm on the server") << "firm" << "server" << "1111" << 1 << QStringList{question, ok}
-                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("server to server, documents twice")
-        << "server" << "server" << "0100" << 2
-        << QStringList{question, ok, question, QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
-                       QStringLiteral("Import zakończono z błędami")}
-        << QStringLiteral("|2|0|0");
-    QTest::newRow("same firm on the server, other letter case")
-        << "same" << "server" << "1111" << 1 << QStringList{"Nie można importować z tej samej firmy"} << "|0|0|0";
-    QTest::newRow("documents twice") << "firm" << "file" << "0100" << 2
-                                     << QStringList{question, ok, question,
-                                                    QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
-                                                    QStringLiteral("Import zakończono z błędami")}
-                                     << QStringLiteral("|2|0|0");
-    QTest::newRow("nothing ticked") << "firm" << "file" << "0000" << 1 << QStringList{question, ok} << empty;
-    QTest::newRow("same firm, other letter case") << "same" << "file" << "1111" << 1
-                                                  << QStringList{"Nie można importować z tej samej firmy"} << empty;
+    const QStringList done{question, ok}, same{"Nie można importować z tej samej firmy"},
+        twice{question, ok, question, "Próbujesz importować do bazy która zawiera jakieś dane.", "Import zakończono z błędami"},
+        refused{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"};
+    const QString all = QStringLiteral("Zakład Ślusarski Żółć|2|1|1"), empty = QStringLiteral("|0|0|0");
+    QTest::newRow("all into an empty firm") << "firm" << "file" << "1111" << 1 << done << all;
+    QTest::newRow("from a firm on the server") << "server" << "file" << "1111" << 1 << done << all;
+    QTest::newRow("into a firm on the server") << "firm" << "server" << "1111" << 1 << done << all;
+    QTest::newRow("server to server, documents twice") << "server" << "server" << "0100" << 2 << twice << "|2|0|0";
+    QTest::newRow("same firm on the server, other letter case") << "same" << "server" << "1111" << 1 << same << empty;
+    QTest::newRow("documents twice") << "firm" << "file" << "0100" << 2 << twice << "|2|0|0";
+    QTest::newRow("nothing ticked") << "firm" << "file" << "0000" << 1 << done << empty;
+    QTest::newRow("same firm, other letter case") << "same" << "file" << "1111" << 1 << same << empty;
     QTest::newRow("missing file") << "missing" << "file" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
     QTest::newRow("not a database") << "text" << "file" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
-    QTest::newRow("source with a view in a table's place")
-        << "view" << "file" << "1111" << 1
-        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
-        << empty;
-    QTest::newRow("server source with a rule on a table")
-        << "rule" << "file" << "1111" << 1
-        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
-        << empty;
-    QTest::newRow("Access file of another program") << "nwind" << "file" << "1111" << 1
-                                                    << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
-                                                                   "nim tabel ZLECANKI ani FIRMA):"}
-                                                    << empty;
+    QTest::newRow("source with a view in a table's place") << "view" << "file" << "1111" << 1 << refused << empty;
+    QTest::newRow("server source with a rule on a table") << "rule" << "file" << "1111" << 1 << refused << empty;
+    QTest::newRow("Access file of another program")
+        << "nwind" << "file" << "1111" << 1
+        << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w nim tabel ZLECANKI ani FIRMA):"} << empty;
 }
 
 void TestImportWindows::firmImport()
@@ -299,15 +282,7 @@ void TestImportWindows::firmImport()
         QVERIFY(writeFile(file, QByteArray(4096, 'x')));
     } else if (source == QLatin1String("view")) {
         file = m_env->newPath(QStringLiteral("widok%1.zlc").arg(m_files));
-        QVERIFY(QFile::copy(m_source, file));
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("widok"));
-        db.setDatabaseName(file);
-        QVERIFY(db.open());
-        QVERIFY(QSqlQuery(db).exec(QStringLiteral("DROP TABLE KONTRAHENCI")));
-        QVERIFY(QSqlQuery(db).exec(QStringLiteral("CREATE VIEW KONTRAHENCI AS SELECT * FROM ZLECANKI")));
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(QStringLiteral("widok"));
+        QVERIFY(createFirm(file, {"DROP TABLE KONTRAHENCI", "CREATE VIEW KONTRAHENCI AS SELECT * FROM ZLECANKI"}));
     } else if (source == QLatin1String("nwind")) {
         file = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/mdb/nwind.mdb");
         if (!QFile::exists(file))

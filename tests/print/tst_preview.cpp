@@ -10,7 +10,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QDir>
 #include <QTest>
 
@@ -25,7 +24,7 @@ private Q_SLOTS:
     void copiesWindow();
 
 private:
-    std::unique_ptr<frmDrukPreview> preview(const QString &procedure);
+    std::unique_ptr<frmDrukPreview> preview(const QString &procedure, bool asked = true);
     std::unique_ptr<TestEnv> m_env;
     int m_runs = 0;
 };
@@ -44,13 +43,13 @@ void TestPreview::initTestCase()
     }
 }
 
-std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure)
+std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure, bool asked)
 {
     std::unique_ptr<frmDrukPreview> window;
     PrintEngine::instance().setPreviewSink([&](const PrintEngine::Job &job, const QList<QPicture> &pages, QSizeF size) {
         window = std::make_unique<frmDrukPreview>(job, pages, size);
     });
-    PrintEngine::instance().Drukuj(procedure, 5, QPageLayout::Portrait, true, QStringLiteral("Test"));
+    PrintEngine::instance().Drukuj(procedure, 5, QPageLayout::Portrait, asked, asked ? QStringLiteral("Test") : QString());
     PrintEngine::instance().setPreviewSink(nullptr);
     if (window)
         window->show();
@@ -60,7 +59,10 @@ std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure)
 void TestPreview::pagesAndCounter()
 {
     RecordingDialogs d;
-    auto w = preview(QStringLiteral("trzy"));
+    // "Drukować na: Ekranie" offers the preview in the copies window; the user keeps it.
+    SettingsStore::save(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"), QStringLiteral("1"));
+    auto w = preview(QStringLiteral("trzy"), false);
+    SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"));
     QVERIFY(w);
     auto *counter = w->findChild<QLabel *>(QStringLiteral("lblstrona"));
     QCOMPARE(counter->text(), QStringLiteral("1/3"));

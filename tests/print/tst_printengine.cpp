@@ -37,7 +37,6 @@ private Q_SLOTS:
     void copies_data();
     void copies();
     void marginsMoveEverything();
-    void previewPages();
     void wordingWrappedInBox();
 
 private:
@@ -124,29 +123,6 @@ void TestPrintEngine::marginsMoveEverything()
     QVERIFY(qAbs(a.box.left() - 1440) < 30); // the text starts where it was placed
     QVERIFY(qAbs(b.box.left() - a.box.left() - left * 56.7) < 2);
     QVERIFY(qAbs(b.box.top() - a.box.top() - top * 56.7) < 2);
-}
-
-void TestPrintEngine::previewPages()
-{
-    RecordingDialogs d;
-    int shownPages = -1;
-    engine.setPreviewSink([&](const PrintEngine::Job &job, const QList<QPicture> &pages, QSizeF size) {
-        shownPages = int(pages.size());
-        QCOMPARE(job.output, PrintEngine::Output::Preview);
-        QCOMPARE(size, QSizeF(11906, 16838));
-    });
-    engine.setDriver(QStringLiteral("twopages"), [](PrintEngine &e) {
-        e.DrukTekst(QStringLiteral("jeden"), 0, 0);
-        e.KoniecStrony();
-        e.DrukTekst(QStringLiteral("dwa"), 0, 0);
-        e.KoniecStrony(); // no blank third page
-    });
-    // "Drukować na: Ekranie" offers the preview in the copies window; the user keeps it.
-    SettingsStore::save(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"), QStringLiteral("1"));
-    QVERIFY(engine.Drukuj(QStringLiteral("twopages"), 1));
-    SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"));
-    QCOMPARE(shownPages, 2);
-    engine.setPreviewSink(nullptr);
 }
 
 void TestPrintEngine::wordingWrappedInBox()
