@@ -33,11 +33,7 @@ void typeInto(QWidget *window, const QString &name, const QString &text)
     f->setFocus();
     f->selectAll();
     QTest::keyClick(f, Qt::Key_Delete);
-    // Key events carry ASCII only; Polish letters are put in as an input method would.
-    if (std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; }))
-        QTest::keyClicks(f, text);
-    else
-        f->insert(text);
+    QTest::keyClicks(f, text);
 }
 
 // A transfer (or tax transfer) typed in as users do, dated the working day.
