@@ -8,7 +8,6 @@
 #include "exchange/Elixir.h"
 #include "SettingsStore.h"
 #include "db/FirmDatabase.h"
-#include "documents/PaymentTitles.h"
 #include "documents/ZusAccount.h"
 
 #include <QBuffer>
@@ -55,8 +54,6 @@ private Q_SLOTS:
     void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup() { CloseDb(); }
-    void titles_data();
-    void titles();
     void elixirLines_data();
     void elixirLines();
     void xmlAgainstSchema();
@@ -99,38 +96,6 @@ PaymentDocument TestBankFile::stored(int kind, const std::function<void(PaymentD
     return d;
 }
 
-void TestBankFile::titles_data()
-{
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("vat");
-    QTest::addColumn<QString>("inv");
-    QTest::addColumn<QString>("txt");
-    QTest::newRow("slash in invoice") << "/VAT/23,00/IDC/5261040828/INV/FV 12/2026/TXT/zaplata" << "23" << "FV 12/2026"
-                                      << "zaplata";
-    QTest::newRow("empty text") << "/VAT/1234567,89/IDC/5261040828/INV/8992630753-20240105-2C53E1BFBC51-E9/TXT/"
-                                << "1234567,89" << "8992630753-20240105-2C53E1BFBC51-E9" << "";
-    QTest::newRow("no text tag") << "/VAT/0,01/IDC/5261040828/INV/1" << "0,01" << "1" << "";
-    QTest::newRow("ordinary title") << "Faktura 12/2026" << "" << "" << "";
-    QTest::newRow("no decimals") << "/VAT/23/IDC/5261040828/INV/1/TXT/x" << "" << "" << "";
-}
-
-void TestBankFile::titles()
-{
-    QFETCH(QString, title);
-    QFETCH(QString, vat);
-    QFETCH(QString, inv);
-    QFETCH(QString, txt);
-    const auto split = PaymentTitles::parseSplit(title);
-    QCOMPARE(split.has_value(), !vat.isEmpty());
-    if (!split)
-        return;
-    QCOMPARE(split->vat, *Money::parse(vat));
-    QCOMPARE(split->idc, QStringLiteral("5261040828"));
-    QCOMPARE(split->inv, inv);
-    QCOMPARE(split->txt, txt);
-    QCOMPARE(PaymentTitles::parseSplit(PaymentTitles::splitTitle(*split))->inv, inv);
-}
-
 void TestBankFile::elixirLines_data()
 {
     QTest::addColumn<int>("kind");
@@ -144,6 +109,9 @@ void TestBankFile::elixirLines_data()
     QTest::newRow("split payment") << 1 << "/VAT/230,84/IDC/5261040828/INV/FV 12/2026/TXT/zaplata" << "cp1250"
                                    << "/VAT/230,84/IDC/5261040828/INV/FV |12/2026/TXT/zaplata" << "53"
                                    << QByteArray("Hurtownia G\xEA\x9C" "la");
+    // The text of a split payment is optional.
+    QTest::newRow("split payment, no text") << 1 << "/VAT/0,01/IDC/5261040828/INV/1" << "cp1250"
+                                            << "/VAT/0,01/IDC/5261040828/INV/1" << "53" << QByteArray("Hurtownia G\xEA\x9C" "la");
     QTest::newRow("tax") << 6 << "" << "cp852" << "/TI/N5261040828/OKR/26M10/SFP/VAT-7" << "71"
                          << QByteArray("Hurtownia G\xA9\x98" "la");
     QTest::newRow("zus on nrs") << 5 << "" << "iso-8859-2" << "Składki ZUS 10/2026, dekl. 01, typ |S" << "51"
@@ -287,6 +255,8 @@ void TestBankFile::refusedBatchWritesNothing_data()
     QTest::newRow("quote in title") << "elixir" << 1 << "tytul" << "FV \"12\"" << "znak \"";
     QTest::newRow("not in code page") << "elixir" << 1 << "nazwa" << "Café €uro ☃"
                                       << "których nie ma w kodowaniu ISO-8859-2: €☃";
+    QTest::newRow("split payment, VAT without grosze") << "elixir" << 1 << "tytul" << "/VAT/23/IDC/5261040828/INV/1/TXT/x"
+                                                      << "nie ma postaci /VAT/kwota/IDC";
     QTest::newRow("VAT over amount") << "xml" << 1 << "tytul" << "/VAT/2000,00/IDC/5261040828/INV/1/TXT/"
                                      << "kwota VAT jest większa";
     QTest::newRow("deposit slip") << "xml" << 2 << "" << "" << "to nie jest przelew";
