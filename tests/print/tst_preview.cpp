@@ -20,7 +20,6 @@ class TestPreview : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void pagesAndCounter();
-    void copiesWindow_data();
     void copiesWindow();
 
 private:
@@ -111,33 +110,22 @@ void TestPreview::pagesAndCounter()
     QVERIFY(d.saw(QStringLiteral("Wydrukuj raport z okienka 'Raporty'")));
 }
 
-void TestPreview::copiesWindow_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("tickPreview");
-    QTest::addColumn<int>("copies");
-    QTest::newRow("two copies") << "2" << false << 2;
-    QTest::newRow("preview ticked") << "1" << true << 1;
-    QTest::newRow("too many") << "999" << false << 255;
-}
-
+// What is typed is kept for the next printout, within bounds.
 void TestPreview::copiesWindow()
 {
-    QFETCH(QString, typed);
-    QFETCH(bool, tickPreview);
-    QFETCH(int, copies);
     frmPrintkopie w(4, false);
-    auto *field = w.findChild<QLineEdit *>(QStringLiteral("txtkopie"));
+    auto *field = child<QLineEdit>(&w, QStringLiteral("txtkopie"));
     QCOMPARE(field->text(), QStringLiteral("4"));
-    field->selectAll();
-    QTest::keyClicks(field, typed);
-    if (tickPreview)
-        w.findChild<QCheckBox *>(QStringLiteral("chkpodglad"))->setChecked(true);
-    QCOMPARE(w.copies(), copies);
-    QCOMPARE(w.preview(), tickPreview);
-    // What is typed is kept for the next printout.
-    QCOMPARE(SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(0),
-             copies);
+    for (const auto &[typed, copies] : {std::pair{"999", 255}, {"2", 2}}) {
+        field->selectAll();
+        QTest::keyClicks(field, QString::fromLatin1(typed));
+        QCOMPARE(w.copies(), copies);
+        QCOMPARE(SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(0),
+                 copies);
+    }
+    QVERIFY(!w.preview());
+    child<QCheckBox>(&w, QStringLiteral("chkpodglad"))->setChecked(true);
+    QVERIFY(w.preview());
 }
 
 QTEST_MAIN(TestPreview)
