@@ -323,7 +323,6 @@ void TestMdbConversion::realAccessFiles()
         const QByteArray exported = run({QStringLiteral("mdb-export"), QStringLiteral("-H"), QStringLiteral("-b"),
                                          QStringLiteral("strip"), QStringLiteral("-R"), QString::fromLatin1(marker), path, table});
         QCOMPARE(count, qint64(exported.count(marker)));
-        QVERIFY(converted.size() <= tables.size());
     }
     QCOMPARE(converted, tables);
     // Amounts are exact: the sum of a currency column equals the digits mdb-export prints.

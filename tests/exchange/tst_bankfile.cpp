@@ -270,16 +270,12 @@ void TestBankFile::refusedBatchWritesNothing()
     const qint32 bad = stored(kind, [&](PaymentDocument &d) {
                            d.pod.symbol = QStringLiteral("VAT-7");
                            d.pod.nrOkresu = QStringLiteral("1");
-                           if (field == QLatin1String("konto"))
-                               d.klientKonto = value;
-                           else if (field == QLatin1String("kwota"))
+                           const QHash<QString, QString *> texts{{"konto", &d.klientKonto}, {"nazwa", &d.klientNazwa},
+                                                                 {"tytul", &d.zaDokumentNazwa}, {"symbol", &d.pod.symbol}};
+                           if (field == u"kwota")
                                d.wartosc = *Money::parse(value);
-                           else if (field == QLatin1String("nazwa"))
-                               d.klientNazwa = value;
-                           else if (field == QLatin1String("tytul"))
-                               d.zaDokumentNazwa = value;
-                           else if (field == QLatin1String("symbol"))
-                               d.pod.symbol = value;
+                           else if (texts.contains(field))
+                               *texts.value(field) = value;
                        }).id;
     BankFile::Options o;
     o.format = *BankFile::formatByName(format);

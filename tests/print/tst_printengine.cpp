@@ -86,7 +86,6 @@ void TestPrintEngine::copies()
     QFETCH(bool, refused);
     QFETCH(int, runs);
     QFETCH(QString, procedure);
-    const bool askedCopies = caller.isEmpty(); // the preview's own button prints as it was asked
     RecordingDialogs d;
     SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), 3);
     if (refused && procedure == u"test")
@@ -95,9 +94,8 @@ void TestPrintEngine::copies()
     QCOMPARE(engine.Drukuj(procedure, 7, QPageLayout::Portrait, false, caller), !refused);
     QCOMPARE(m_runs, runs);
     QCOMPARE(d.saw(QStringLiteral("Nieznana procedura wydruku")), procedure == u"dprzekaz");
-    QCOMPARE(!d.callsOf(QStringLiteral("copies")).isEmpty(), askedCopies);
-    if (askedCopies)
-        QCOMPARE(d.callsOf(QStringLiteral("copies")).first().text, QStringLiteral("3"));
+    // The preview's own button prints as it was asked.
+    QCOMPARE(d.callsOf(QStringLiteral("copies")).value(0).text, caller.isEmpty() ? QStringLiteral("3") : QString());
     QCOMPARE(engine.job().parameter.toInt(), refused ? engine.job().parameter.toInt() : 7);
 }
 
