@@ -562,8 +562,7 @@ void TestSlips::printerCalibration()
 {
     RecordingDialogs d;
     PrinterCalibration{100, -50, 1020}.save(QStringLiteral("PDF"));
-    Settings prePrinted{.wstawiany = 1};
-    prePrinted.apply();
+    Settings{.wstawiany = 1}.apply();
     appState().margLewy = 2;
     PaymentDocument doc = sampleDocument(1);
     const auto id = DocumentStore::insert(Db(), doc);
