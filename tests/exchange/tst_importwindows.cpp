@@ -95,7 +95,19 @@ QStringList said(const RecordingDialogs &d)
     return out;
 }
 
+// A firm import: where from ("firm", "server", "same", "missing", "text", "view", "rule", "nwind") into the open
+// firm ("file" or "server"), the categories ticked (a digit each), OK pressed `runs` times; the first lines of
+// every box, in order; then the firm's name and the rows of ZLECANKI, CYKLICZNE and KONTRAHENCI.
+struct Import {
+    QString source, target, ticked;
+    int runs;
+    QStringList said;
+    QString counts;
+};
+
 } // namespace
+
+Q_DECLARE_METATYPE(Import)
 
 class TestImportWindows : public QObject {
     Q_OBJECT
@@ -214,60 +226,33 @@ void TestImportWindows::exportFileTakenOverAndRemoved()
 
 void TestImportWindows::firmImport_data()
 {
-    QTest::addColumn<QString>("source");   // "firm", "server", "same", "missing", "text", "view", "rule", "nwind"
-    QTest::addColumn<QString>("target");   // the open firm: "file" or "server"
-    QTest::addColumn<QString>("ticked");   // one digit per category
-    QTest::addColumn<int>("runs");
-    QTest::addColumn<QStringList>("said"); // first lines of every box, in order
-    QTest::addColumn<QString>("counts");   // FIRMA name, rows of ZLECANKI, CYKLICZNE, KONTRAHENCI
+    QTest::addColumn<Import>("c");
     const QString question = QStringLiteral("Import skasuje wszystkie aktualne dane z wybranych kategorii.");
     const QString ok = QStringLiteral("Import zakończono pomyślnie");
-    const QString empty = QStringLiteral("|0|0|0");
-    QTest::newRow("all into an empty firm") << "firm" << "file" << "1111" << 1 << QStringList{question, ok}
-                                            << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("from a firm on the server") << "server" << "file" << "1111" << 1 << QStringList{question, ok}
-                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("into a firm on the server") << "firm" << "server" << "1111" << 1 << QStringList{question, ok}
-                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("server to server, documents twice")
-        << "server" << "server" << "0100" << 2
-        << QStringList{question, ok, question, QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
-                       QStringLiteral("Import zakończono z błędami")}
-        << QStringLiteral("|2|0|0");
-    QTest::newRow("same firm on the server, other letter case")
-        << "same" << "server" << "1111" << 1 << QStringList{"Nie można importować z tej samej firmy"} << "|0|0|0";
-    QTest::newRow("documents twice") << "firm" << "file" << "0100" << 2
-                                     << QStringList{question, ok, question,
-                                                    QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
-                                                    QStringLiteral("Import zakończono z błędami")}
-                                     << QStringLiteral("|2|0|0");
-    QTest::newRow("nothing ticked") << "firm" << "file" << "0000" << 1 << QStringList{question, ok} << empty;
-    QTest::newRow("same firm, other letter case") << "same" << "file" << "1111" << 1
-                                                  << QStringList{"Nie można importować z tej samej firmy"} << empty;
-    QTest::newRow("missing file") << "missing" << "file" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
-    QTest::newRow("not a database") << "text" << "file" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
-    QTest::newRow("source with a view in a table's place")
-        << "view" << "file" << "1111" << 1
-        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
-        << empty;
-    QTest::newRow("server source with a rule on a table")
-        << "rule" << "file" << "1111" << 1
-        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
-        << empty;
-    QTest::newRow("Access file of another program") << "nwind" << "file" << "1111" << 1
-                                                    << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
-                                                                   "nim tabel ZLECANKI ani FIRMA):"}
-                                                    << empty;
+    const QStringList done{question, ok}, same{"Nie można importować z tej samej firmy"},
+        twice{question, ok, question, "Próbujesz importować do bazy która zawiera jakieś dane.", "Import zakończono z błędami"},
+        refused{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"};
+    const QString all = QStringLiteral("Zakład Ślusarski Żółć|2|1|1"), empty = QStringLiteral("|0|0|0");
+    QTest::newRow("all into an empty firm") << Import{"firm", "file", "1111", 1, done, all};
+    QTest::newRow("from a firm on the server") << Import{"server", "file", "1111", 1, done, all};
+    QTest::newRow("into a firm on the server") << Import{"firm", "server", "1111", 1, done, all};
+    QTest::newRow("server to server, documents twice") << Import{"server", "server", "0100", 2, twice, "|2|0|0"};
+    QTest::newRow("same firm on the server, other letter case") << Import{"same", "server", "1111", 1, same, empty};
+    QTest::newRow("documents twice") << Import{"firm", "file", "0100", 2, twice, "|2|0|0"};
+    QTest::newRow("nothing ticked") << Import{"firm", "file", "0000", 1, done, empty};
+    QTest::newRow("same firm, other letter case") << Import{"same", "file", "1111", 1, same, empty};
+    QTest::newRow("missing file") << Import{"missing", "file", "1111", 1, QStringList{"Plik: /nie/ma.zlc - nie istnieje"}, empty};
+    QTest::newRow("not a database") << Import{"text", "file", "1111", 1, QStringList{"Nie można otworzyć bazy danych:"}, empty};
+    QTest::newRow("source with a view in a table's place") << Import{"view", "file", "1111", 1, refused, empty};
+    QTest::newRow("server source with a rule on a table") << Import{"rule", "file", "1111", 1, refused, empty};
+    const QStringList notFirm{"Plik nie jest bazą firmy programu Zlecanki (nie ma w nim tabel ZLECANKI ani FIRMA):"};
+    QTest::newRow("Access file of another program") << Import{"nwind", "file", "1111", 1, notFirm, empty};
 }
 
 void TestImportWindows::firmImport()
 {
-    QFETCH(QString, source);
-    QFETCH(QString, target);
-    QFETCH(QString, ticked);
-    QFETCH(int, runs);
-    QFETCH(QStringList, said);
-    QFETCH(QString, counts);
+    QFETCH(Import, c);
+    const auto &[source, target, ticked, runs, said, counts] = c;
     if ((source == QLatin1String("server") || source == QLatin1String("rule") || target == QLatin1String("server")) && testServer().isEmpty())
         QSKIP("Brak serwera PostgreSQL dla testów (ZLECANKI_PG): uruchom scripts/pg-cluster start KATALOG");
     if (target == QLatin1String("server")) {
@@ -299,15 +284,7 @@ void TestImportWindows::firmImport()
         QVERIFY(writeFile(file, QByteArray(4096, 'x')));
     } else if (source == QLatin1String("view")) {
         file = m_env->newPath(QStringLiteral("widok%1.zlc").arg(m_files));
-        QVERIFY(QFile::copy(m_source, file));
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("widok"));
-        db.setDatabaseName(file);
-        QVERIFY(db.open());
-        QVERIFY(QSqlQuery(db).exec(QStringLiteral("DROP TABLE KONTRAHENCI")));
-        QVERIFY(QSqlQuery(db).exec(QStringLiteral("CREATE VIEW KONTRAHENCI AS SELECT * FROM ZLECANKI")));
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(QStringLiteral("widok"));
+        QVERIFY(createFirm(file, {"DROP TABLE KONTRAHENCI", "CREATE VIEW KONTRAHENCI AS SELECT * FROM ZLECANKI"}));
     } else if (source == QLatin1String("nwind")) {
         file = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/mdb/nwind.mdb");
         if (!QFile::exists(file))

@@ -10,7 +10,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QDir>
 #include <QTest>
 
@@ -21,11 +20,10 @@ class TestPreview : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void pagesAndCounter();
-    void copiesWindow_data();
     void copiesWindow();
 
 private:
-    std::unique_ptr<frmDrukPreview> preview(const QString &procedure);
+    std::unique_ptr<frmDrukPreview> preview(const QString &procedure, bool asked = true);
     std::unique_ptr<TestEnv> m_env;
     int m_runs = 0;
 };
@@ -44,13 +42,13 @@ void TestPreview::initTestCase()
     }
 }
 
-std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure)
+std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure, bool asked)
 {
     std::unique_ptr<frmDrukPreview> window;
     PrintEngine::instance().setPreviewSink([&](const PrintEngine::Job &job, const QList<QPicture> &pages, QSizeF size) {
         window = std::make_unique<frmDrukPreview>(job, pages, size);
     });
-    PrintEngine::instance().Drukuj(procedure, 5, QPageLayout::Portrait, true, QStringLiteral("Test"));
+    PrintEngine::instance().Drukuj(procedure, 5, QPageLayout::Portrait, asked, asked ? QStringLiteral("Test") : QString());
     PrintEngine::instance().setPreviewSink(nullptr);
     if (window)
         window->show();
@@ -60,7 +58,10 @@ std::unique_ptr<frmDrukPreview> TestPreview::preview(const QString &procedure)
 void TestPreview::pagesAndCounter()
 {
     RecordingDialogs d;
-    auto w = preview(QStringLiteral("trzy"));
+    // "Drukować na: Ekranie" offers the preview in the copies window; the user keeps it.
+    SettingsStore::save(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"), QStringLiteral("1"));
+    auto w = preview(QStringLiteral("trzy"), false);
+    SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("DrukujNa"));
     QVERIFY(w);
     auto *counter = w->findChild<QLabel *>(QStringLiteral("lblstrona"));
     QCOMPARE(counter->text(), QStringLiteral("1/3"));
@@ -109,33 +110,22 @@ void TestPreview::pagesAndCounter()
     QVERIFY(d.saw(QStringLiteral("Wydrukuj raport z okienka 'Raporty'")));
 }
 
-void TestPreview::copiesWindow_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("tickPreview");
-    QTest::addColumn<int>("copies");
-    QTest::newRow("two copies") << "2" << false << 2;
-    QTest::newRow("preview ticked") << "1" << true << 1;
-    QTest::newRow("too many") << "999" << false << 255;
-}
-
+// What is typed is kept for the next printout, within bounds.
 void TestPreview::copiesWindow()
 {
-    QFETCH(QString, typed);
-    QFETCH(bool, tickPreview);
-    QFETCH(int, copies);
     frmPrintkopie w(4, false);
-    auto *field = w.findChild<QLineEdit *>(QStringLiteral("txtkopie"));
+    auto *field = child<QLineEdit>(&w, QStringLiteral("txtkopie"));
     QCOMPARE(field->text(), QStringLiteral("4"));
-    field->selectAll();
-    QTest::keyClicks(field, typed);
-    if (tickPreview)
-        w.findChild<QCheckBox *>(QStringLiteral("chkpodglad"))->setChecked(true);
-    QCOMPARE(w.copies(), copies);
-    QCOMPARE(w.preview(), tickPreview);
-    // What is typed is kept for the next printout.
-    QCOMPARE(SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(0),
-             copies);
+    for (const auto &[typed, copies] : {std::pair{"999", 255}, {"2", 2}}) {
+        field->selectAll();
+        QTest::keyClicks(field, QString::fromLatin1(typed));
+        QCOMPARE(w.copies(), copies);
+        QCOMPARE(SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(0),
+                 copies);
+    }
+    QVERIFY(!w.preview());
+    child<QCheckBox>(&w, QStringLiteral("chkpodglad"))->setChecked(true);
+    QVERIFY(w.preview());
 }
 
 QTEST_MAIN(TestPreview)

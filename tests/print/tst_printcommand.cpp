@@ -58,10 +58,7 @@ void TestPrintCommand::printsToPdf_data()
                                           << QStringList{"Polecenie przelewu", "1234,50"} << QStringList{wording};
     QTest::newRow("without the amount")
         << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234,50", "tysiąc"};
-    QTest::newRow("ZUS, its short name and account")
-        << 5 << QStringList{} << 1
-        << QStringList{"Zakład Ubezpieczeń Społecznych", "73101010230000261395300000", "ŻÓŁĆ SPÓŁKA"}
-        << QStringList{"Ślusarski"};
+    QTest::newRow("ZUS") << 5 << QStringList{} << 1 << QStringList{"Zakład Ubezpieczeń Społecznych"} << QStringList{};
     QTest::newRow("postal order, both sides")
         << 3 << QStringList{} << 2 << QStringList{"Rodzaj zobowiązania:"} << QStringList{};
 }
@@ -110,7 +107,6 @@ void TestPrintCommand::refusesWrongUse_data()
                                       << "Nie ma dokumentu numer 999";
     QTest::newRow("no such printer") << doc + QStringList{"--drukarka", "Nie-Ma-Takiej"} << 1
                                      << "Nie ma drukarki \"Nie-Ma-Takiej\"";
-    QTest::newRow("the firm file") << doc + QStringList{"--pdf", "@firm"} << 1 << "bazą danych";
     QTest::newRow("the firm file, replacing") << doc + QStringList{"--pdf", "@firm", "--nadpisz"} << 1 << "bazą danych";
     QTest::newRow("an existing file") << doc + QStringList{"--pdf", "@old"} << 1 << "już istnieje";
     QTest::newRow("an existing file, replacing") << doc + QStringList{"--pdf", "@old", "--nadpisz"} << 0 << "";

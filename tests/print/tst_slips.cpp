@@ -94,6 +94,13 @@ QString overlapping(const PdfContent &pdf)
     return {};
 }
 
+struct TaxCase {
+    int identifierType;
+    QString identifier;
+    int year, periodType;
+    QString number, letter, period;
+};
+
 // The longest texts each field accepts.
 QString longest(const QString &start, int length)
 {
@@ -107,6 +114,7 @@ QString longest(const QString &start, int length)
 
 Q_DECLARE_METATYPE(Settings)
 Q_DECLARE_METATYPE(Slip::Boxes)
+Q_DECLARE_METATYPE(TaxCase)
 
 class TestSlips : public QObject {
     Q_OBJECT
@@ -114,18 +122,14 @@ private Q_SLOTS:
     void initTestCase();
     void printedText_data();
     void printedText();
-    void amountInBoxesAndWords_data();
     void amountInBoxesAndWords();
     void zusAccountAndPeriod();
-    void zusContributionAccount_data();
     void zusContributionAccount();
     void taxIdentifierAndPeriod_data();
     void taxIdentifierAndPeriod();
     void partsOnSheets_data();
     void partsOnSheets();
-    void statement_data();
     void statement();
-    void backSideAfterTurnOver_data();
     void backSideAfterTurnOver();
     void depositSlipCopies();
     void valueRows_data();
@@ -190,28 +194,21 @@ void TestSlips::printedText_data()
     QTest::addColumn<QStringList>("present");
     QTest::addColumn<QStringList>("absent");
     const Settings plain, old{.nowe = 1}, prePrinted{.wstawiany = 1};
-    QTest::newRow("transfer") << 1 << plain
-                              << QStringList{"Polecenie przelewu", "l.k. nr rachunku odbiorcy", "kwota słownie (wpłata)",
-                                             "odcinek dla banku zleceniodawcy", "odcinek dla zleceniodawcy"}
+    // Which form each setting chooses, told by a caption only that form has.
+    QTest::newRow("transfer") << 1 << plain << QStringList{"Polecenie przelewu", "kwota słownie (wpłata)"}
                               << QStringList{"Wpłata gotówkowa", "odcinek dla odbiorcy"};
-    QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.", "odbiorca:", "słownie:"}
-                                     << QStringList{"Polecenie przelewu", "nr rachunku odbiorcy"};
-    QTest::newRow("tax form") << 6 << plain
-                              << QStringList{"Nazwa organu podatkowego cd.", "typ identyfikatora",
-                                             "okres (rok, typ okresu, nr okresu)", "symbol formul. lub płatn."}
+    QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.", "słownie:"}
+                                     << QStringList{"Polecenie przelewu"};
+    QTest::newRow("tax form") << 6 << plain << QStringList{"Nazwa organu podatkowego cd.", "typ identyfikatora"}
                               << QStringList{"tytułem"};
-    QTest::newRow("tax on the old bank form")
-        << 6 << old << QStringList{"Nazwa odbiorcy", "NIP lub identyfikator uzup. zobowiązanego"}
-        << QStringList{"tytułem", "Nazwa organu podatkowego"};
-    QTest::newRow("named postal order")
-        << 4 << plain << QStringList{"PRZEKAZ", "POCZTOWY", "Dowód nadania", "Miejsce na korespondencję"}
-        << QStringList{"Przekaz Pocztowy"};
-    QTest::newRow("named postal order, fields only")
-        << 4 << prePrinted << QStringList{"Przekaz Pocztowy", "Hurtownia Gęśla"}
-        << QStringList{"PRZEKAZ", "Dowód nadania", "Nadawca:"};
-    QTest::newRow("bank deposit slip")
-        << 2 << plain << QStringList{"BANKOWY DOWÓD WPŁATY", "Na dobro rachunku nr:", "w (Banku): mBank", "Stempel banku"}
-        << QStringList{};
+    QTest::newRow("tax on the old bank form") << 6 << old << QStringList{"NIP lub identyfikator uzup. zobowiązanego"}
+                                              << QStringList{"tytułem", "Nazwa organu podatkowego"};
+    QTest::newRow("named postal order") << 4 << plain << QStringList{"PRZEKAZ", "Dowód nadania"}
+                                        << QStringList{"Przekaz Pocztowy"};
+    QTest::newRow("named postal order, fields only") << 4 << prePrinted << QStringList{"Przekaz Pocztowy", "Hurtownia Gęśla"}
+                                                     << QStringList{"PRZEKAZ", "Dowód nadania"};
+    QTest::newRow("bank deposit slip") << 2 << plain << QStringList{"BANKOWY DOWÓD WPŁATY", "w (Banku): mBank"}
+                                       << QStringList{};
     // The amount outside boxes in the firm's format, and the issue date when both the firm and user want it.
     QTest::newRow("deposit, 123,45 zł") << 2 << Settings{.nowe = 1, .zlGr = 1} << QStringList{"1 234,50 zł", Wording}
                                         << QStringList{};
@@ -237,47 +234,29 @@ void TestSlips::printedText()
         QVERIFY2(phrase(pdf, text).isEmpty(), qPrintable(text));
 }
 
-void TestSlips::amountInBoxesAndWords_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<bool>("printed"); // false: the job is told to leave the amount out
-    QTest::newRow("cash deposit") << 1 << true;
-    QTest::newRow("ZUS, cash") << 5 << true;
-    QTest::newRow("cash deposit, amount left out") << 1 << false;
-}
-
+// Right-aligned in the boxes and in words; a job told to leave the amount out shows neither.
 void TestSlips::amountInBoxesAndWords()
 {
-    QFETCH(int, kind);
-    QFETCH(bool, printed);
-    const Slip::Boxes amount = kind == 5 ? Zus.amount : Bank.amount, currency = kind == 5 ? Zus.currency : Bank.currency;
     RecordingDialogs d;
-    if (!printed)
-        PrintEngine::instance().setAmountPrinted(false);
-    PaymentDocument doc = sampleDocument(kind);
-    doc.kontoFirmy.clear(); // paid in cash: the words take the payer's account row
+    PaymentDocument doc;
+    for (int kind : {5, 1}) {
+        const Slip::Boxes amount = kind == 5 ? Zus.amount : Bank.amount;
+        doc = sampleDocument(kind);
+        doc.kontoFirmy.clear(); // paid in cash: the words take the payer's account row
+        const PdfContent pdf = print(doc, {});
+        QCOMPARE(boxText(pdf, amount), QStringLiteral("1234,50"));
+        QCOMPARE(boxText(pdf, kind == 5 ? Zus.currency : Bank.currency), QStringLiteral("PLN"));
+        QVERIFY(!phrase(pdf, Wording).isEmpty());
+        const qreal lastBox = Slip::boxX(amount.x, amount.count - 1);
+        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, lastBox, amount.y, 1, amount.height}), QStringLiteral("0"));
+    }
+    PrintEngine::instance().setAmountPrinted(false);
     const PdfContent pdf = print(doc, {});
-    QVERIFY(pdf.ok);
-    if (!printed) {
-        QCOMPARE(boxText(pdf, amount), QString());
-        QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
-        QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234,50")));
-        // The next job prints the amount again.
-        QVERIFY(!phrase(print(doc, {}), Wording).isEmpty());
-        return;
-    }
-    QCOMPARE(boxText(pdf, amount), QStringLiteral("1234,50"));
-    QCOMPARE(boxText(pdf, currency), QStringLiteral("PLN"));
-    QVERIFY(!phrase(pdf, Wording).isEmpty());
-    // Right-aligned: the last digit stands in the last box.
-    int inLastBox = 0;
-    const qreal lastBox = Slip::boxX(amount.x, amount.count - 1);
-    for (const PdfWord &w : pdf.words) {
-        const QRectF box = w.box.translated(-Slip::SafeShift);
-        inLastBox += w.page == 0 && box.left() > lastBox && box.right() < lastBox + Slip::BoxWidth &&
-                     box.center().y() > amount.y && box.center().y() < amount.y + amount.height;
-    }
-    QCOMPARE(inLastBox, 1);
+    QCOMPARE(boxText(pdf, Bank.amount), QString());
+    QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
+    QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234,50")));
+    // The next job prints the amount again.
+    QVERIFY(!phrase(print(doc, {}), Wording).isEmpty());
 }
 
 void TestSlips::zusAccountAndPeriod()
@@ -303,134 +282,95 @@ void TestSlips::zusAccountAndPeriod()
     }
 }
 
-void TestSlips::zusContributionAccount_data()
-{
-    QTest::addColumn<int>("zusAccount");
-    QTest::addColumn<QStringList>("present");
-    QTest::addColumn<QStringList>("absent");
-    QTest::addColumn<QString>("warning"); // part of the box shown before printing; empty: none
-    const QString nrs = QStringLiteral("44600000020260015261040828");
-    QTest::newRow("on the NRS") << int(ZusAccount::Individual)
-                                << QStringList{"Polecenie przelewu", "Zakład Ubezpieczeń Społecznych", "SkładkiZUS",
-                                               "03/2026,dekl.", nrs}
-                                << QStringList{"01. Nr rachunku bankowego ZUS", "Hurtownia"} << "";
-    QTest::newRow("on a closed account")
-        << 1 << QStringList{"01. Nr rachunku bankowego ZUS", "78101010230000261395200000"}
-        << QStringList{"Polecenie przelewu", nrs}
-        << "Rachunek ZUS \"Ubezpieczenie zdrowotne\" zamknięto z końcem 2017 roku";
-}
-
-// A firm with its own contribution account (NRS) pays ZUS with a plain transfer to it.
+// A firm with its own contribution account (NRS) pays ZUS with a plain transfer to it; one of
+// the accounts closed since 2017 still prints on the ZUS form, with a warning.
 void TestSlips::zusContributionAccount()
 {
-    QFETCH(int, zusAccount);
-    QFETCH(QStringList, present);
-    QFETCH(QStringList, absent);
-    QFETCH(QString, warning);
     RecordingDialogs d;
     FirmData firm = *FirmStore::read(Db());
     firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
     QVERIFY(FirmStore::save(Db(), firm, {}));
     PaymentDocument doc = sampleDocument(5);
-    doc.zus.nrRachunku = qint16(zusAccount);
-    QCOMPARE(ZusAccount::transferTitle(doc.zus), QStringLiteral("Składki ZUS 03/2026, dekl. 01, typ S"));
-    const PdfContent pdf = print(doc, {}, QStringLiteral("dprzelewZus"));
-    QVERIFY(pdf.ok);
+    doc.zus.nrRachunku = qint16(ZusAccount::Individual);
     // Account and title stand one character per box: compare without the gaps between them.
-    const QString text = pdf.text().simplified();
-    const QString digits = QString(text).remove(QLatin1Char(' '));
-    for (const QString &p : present)
-        QVERIFY2(text.contains(p) || digits.contains(p), qPrintable(p));
-    for (const QString &a : absent)
-        QVERIFY2(!text.contains(a) && !digits.contains(a), qPrintable(a));
-    QCOMPARE(d.saw(QStringLiteral("zamknięto z końcem 2017")), !warning.isEmpty());
-    QVERIFY(warning.isEmpty() || d.saw(warning));
+    QString text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
+    const QString nrs = QStringLiteral("44600000020260015261040828"), zusForm = QStringLiteral("01.NrrachunkubankowegoZUS");
+    for (const QString p : {"Polecenieprzelewu", "ZakładUbezpieczeńSpołecznych", "SkładkiZUS", "03/2026,dekl.", "44600000020260015261040828"})
+        QVERIFY2(text.contains(p), qPrintable(p));
+    QVERIFY(!text.contains(QStringLiteral("Hurtownia")) && !text.contains(zusForm));
+    QVERIFY(d.calls.isEmpty());
+    doc.zus.nrRachunku = 1;
+    text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
+    QVERIFY(text.contains(zusForm) && text.contains(QStringLiteral("78101010230000261395200000")));
+    QVERIFY(!text.contains(QStringLiteral("Polecenieprzelewu")) && !text.contains(nrs));
+    QVERIFY(d.saw(QStringLiteral("Rachunek ZUS \"Ubezpieczenie zdrowotne\" zamknięto z końcem 2017 roku")));
 }
 
 void TestSlips::taxIdentifierAndPeriod_data()
 {
-    QTest::addColumn<int>("identifierType");
-    QTest::addColumn<QString>("identifier");
-    QTest::addColumn<int>("year");
-    QTest::addColumn<int>("periodType");
-    QTest::addColumn<QString>("number");
-    QTest::addColumn<QString>("letter");
-    QTest::addColumn<QString>("period");
-    QTest::newRow("NIP, month") << 0 << "" << 2024 << 0 << "01" << "N" << "24M01";
-    QTest::newRow("PESEL, quarter") << 2 << "80010112345" << 2023 << 3 << "04" << "P" << "23K04";
+    QTest::addColumn<TaxCase>("c");
+    QTest::newRow("NIP, month") << TaxCase{0, "", 2024, 0, "01", "N", "24M01"};
+    QTest::newRow("PESEL, quarter") << TaxCase{2, "80010112345", 2023, 3, "04", "P", "23K04"};
     const int next = QDate::currentDate().year() + 1;
-    QTest::newRow("year the list grew by")
-        << 0 << "" << next << 0 << "12" << "N" << QString::number(next).right(2) + QStringLiteral("M12");
+    QTest::newRow("year the list grew by") << TaxCase{0, "", next, 0, "12", "N", QString::number(next).right(2) + "M12"};
 }
 
 void TestSlips::taxIdentifierAndPeriod()
 {
-    QFETCH(int, identifierType);
-    QFETCH(QString, identifier);
-    QFETCH(int, year);
-    QFETCH(int, periodType);
-    QFETCH(QString, number);
-    QFETCH(QString, letter);
-    QFETCH(QString, period);
+    QFETCH(TaxCase, c);
     RecordingDialogs d;
     FirmData firm = *FirmStore::read(Db());
-    firm.typIdentPod = identifierType;
-    firm.identPod = identifier;
+    firm.typIdentPod = c.identifierType;
+    firm.identPod = c.identifier;
     QVERIFY(FirmStore::save(Db(), firm, {}));
     PaymentDocument doc = sampleDocument(6);
-    doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), year));
-    doc.pod.typOkresu = qint16(periodType);
-    doc.pod.nrOkresu = number;
+    doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), c.year));
+    doc.pod.typOkresu = qint16(c.periodType);
+    doc.pod.nrOkresu = c.number;
     doc.pod.symbol = QStringLiteral("VAT-7");
-    for (const Settings &s : {Settings{}, Settings{.nowe = 1}}) {
-        const bool old = s.nowe != 0;
-        const PdfContent pdf = print(doc, s);
-        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifierType : Tax.identifierType), letter);
+    for (const int old : {0, 1}) {
+        const PdfContent pdf = print(doc, Settings{.nowe = old});
+        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifierType : Tax.identifierType), c.letter);
         QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifier : Tax.identifier),
-                 identifier.isEmpty() ? QStringLiteral("5261040828") : identifier);
-        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.period : Tax.period), period);
+                 c.identifier.isEmpty() ? QStringLiteral("5261040828") : c.identifier);
+        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.period : Tax.period), c.period);
         QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.symbol : Tax.symbol), QStringLiteral("VAT-7"));
     }
 }
 
 void TestSlips::partsOnSheets_data()
 {
-    QTest::addColumn<int>("cztery");
-    QTest::addColumn<int>("naStronie");
-    QTest::addColumn<QList<bool>>("answers");
+    QTest::addColumn<Settings>("settings");
+    QTest::addColumn<QList<bool>>("answers"); // to "print the parts down the columns?"
     QTest::addColumn<int>("pages");
     QTest::addColumn<QPointF>("secondPart"); // where the second part stands from the first
     const QPointF below(0, Slip::StackedPitch);
     // Four parts fill a landscape sheet: on plain paper they shrink to stay off its edges.
     const qreal shrunk = (11906 - 2 * PrintEngine::SafeMargin) / 11906;
-    QTest::newRow("two parts") << 0 << 0 << QList<bool>{} << 1 << below;
-    QTest::newRow("four parts, two sheets") << 1 << 0 << QList<bool>{} << 2 << below;
-    QTest::newRow("four on A4, down the columns")
-        << 1 << 1 << QList<bool>{true} << 1 << QPointF(0, Slip::GridRow) * shrunk;
-    QTest::newRow("four on A4, along the rows")
-        << 1 << 1 << QList<bool>{false, true} << 1 << QPointF(Slip::GridColumn, 0) * shrunk;
-    QTest::newRow("four on A4 refused") << 1 << 1 << QList<bool>{false, false} << 2 << below;
+    const Settings onA4{.cztery = 1, .naStronie = 1};
+    QTest::newRow("two parts") << Settings{} << QList<bool>{} << 1 << below;
+    QTest::newRow("four parts, two sheets") << Settings{.cztery = 1} << QList<bool>{} << 2 << below;
+    QTest::newRow("four on A4, down the columns") << onA4 << QList<bool>{true} << 1 << QPointF(0, Slip::GridRow) * shrunk;
+    QTest::newRow("four on A4, along the rows") << onA4 << QList<bool>{false, true} << 1
+                                                << QPointF(Slip::GridColumn, 0) * shrunk;
+    QTest::newRow("four on A4 refused") << onA4 << QList<bool>{false, false} << 2 << below;
 }
 
 void TestSlips::partsOnSheets()
 {
-    QFETCH(int, cztery);
-    QFETCH(int, naStronie);
+    QFETCH(Settings, settings);
     QFETCH(QList<bool>, answers);
     QFETCH(int, pages);
     QFETCH(QPointF, secondPart);
     RecordingDialogs d;
     d.answers = answers;
     PrintEngine::instance().setNextCopies(2); // the answer holds for every copy
-    const PdfContent pdf = print(sampleDocument(1), Settings{.cztery = cztery, .naStronie = naStronie});
+    const PdfContent pdf = print(sampleDocument(1), settings);
     QCOMPARE(d.callsOf(QStringLiteral("question")).size(), answers.size());
-    if (!answers.isEmpty())
-        QCOMPARE(d.callsOf(QStringLiteral("question")).first().text,
-                 QStringLiteral("Czy drukować odcinki w pionie ?"));
     QCOMPARE(pdf.pages, 2 * pages);
-    const QStringList labels =
-        cztery ? QStringList{"odcinek dla banku odbiorcy", "odcinek dla odbiorcy"}
-               : QStringList{"odcinek dla banku zleceniodawcy", "odcinek dla zleceniodawcy"};
+    const QStringList labels = settings.cztery
+                                   ? QStringList{"odcinek dla banku odbiorcy", "odcinek dla odbiorcy"}
+                                   : QStringList{"odcinek dla banku zleceniodawcy", "odcinek dla zleceniodawcy"};
     const QRectF first = phrase(pdf, labels.at(0), 0);
     const QRectF second = phrase(pdf, labels.at(1), 0);
     QVERIFY(!first.isEmpty() && !second.isEmpty());
@@ -438,60 +378,31 @@ void TestSlips::partsOnSheets()
     QVERIFY(qAbs(second.top() - first.top() - secondPart.y()) < 6);
 }
 
-void TestSlips::statement_data()
-{
-    QTest::addColumn<QStringList>("amounts");
-    QTest::addColumn<QString>("total");
-    QTest::addColumn<int>("pages");
-    QTest::newRow("three transfers") << QStringList{"10", "0,99", "1000000"} << "1 000 010,99" << 1;
-    QStringList many;
-    for (int i = 1; i <= 400; ++i)
-        many << QString::number(i);
-    QTest::newRow("a list longer than half a sheet") << many << "80 200,00" << 4;
-}
-
+// Two copies of the list on a sheet, a list longer than half a sheet going on over the next ones.
 void TestSlips::statement()
 {
-    QFETCH(QStringList, amounts);
-    QFETCH(QString, total);
-    QFETCH(int, pages);
     RecordingDialogs d;
     Settings{}.apply();
     CollectiveStatement s{QStringLiteral("Bank Śląski"), QStringLiteral("11 2222 3333"), Issued, {}};
-    for (const QString &a : amounts)
-        s.amounts << *Money::parse(a);
+    for (int i = 1; i <= 400; ++i)
+        s.amounts << Money::fromGrosze(i * 100 + i % 2);
     const PdfContent pdf = printJob(QStringLiteral("zbiorowka"), QVariant::fromValue(s));
-    QCOMPARE(pdf.pages, pages);
-    const QString count = QStringLiteral("Ilość przelewów: ") + QString::number(amounts.size());
-    QCOMPARE(pdf.text().count(count), 2);
-    QCOMPARE(pdf.text().count(QStringLiteral("Razem: ") + total), 2);
+    QCOMPARE(pdf.pages, 4);
+    QCOMPARE(pdf.text().count(QStringLiteral("Ilość przelewów: 400")), 2);
+    QCOMPARE(pdf.text().count(QStringLiteral("Razem: 80 202,00")), 2);
     QCOMPARE(pdf.text().count(QStringLiteral("Data: 05-03-2026")), 2);
     const QRectF firm = phrase(pdf, QStringLiteral("Zakład Ślusarski Żółć"));
     QVERIFY(qAbs(phrase(pdf, QStringLiteral("W CIĘŻAR RACHUNKU FIRMY:")).top() - firm.top()) < 2);
     const QRectF street = phrase(pdf, QStringLiteral("ul. Długa 5"));
     QVERIFY(street.top() > firm.top() && qAbs(street.left() - firm.left()) < 2);
     QCOMPARE(pdf.count(QStringLiteral("/")), 0); // no flat number, no " / "
-    for (const QString &a : amounts)
-        QVERIFY(pdf.text().contains(Kwota(*Money::parse(a))));
+    for (const Money &m : s.amounts)
+        QVERIFY(pdf.text().contains(Kwota(m)));
 }
 
-void TestSlips::backSideAfterTurnOver_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("back");
-    QTest::newRow("postal order to an account")
-        << 3 << "Przełóż kartkę na drugą stronę i naciśnij dowolny klawisz"
-        << "Rodzaj zobowiązania: Faktura 12/2026";
-    QTest::newRow("named postal order") << 4 << "Po wydrukowaniu przełóż kartkę na drugą stronę."
-                                        << "Znamiona dowodu tożsamości";
-}
-
+// The user is told to turn the sheet over once the front is printed, the back is a page of its own.
 void TestSlips::backSideAfterTurnOver()
 {
-    QFETCH(int, kind);
-    QFETCH(QString, message);
-    QFETCH(QString, back);
     // Records how many pages were begun when the user is told to turn the sheet over.
     struct Turning : RecordingDialogs {
         int pagesWhenAsked = -1;
@@ -500,15 +411,17 @@ void TestSlips::backSideAfterTurnOver()
             pagesWhenAsked = PrintEngine::instance().pageCount();
             RecordingDialogs::message(text, title, icon);
         }
-    } d;
-    const PdfContent pdf = print(sampleDocument(kind), {});
-    QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
-    QVERIFY(d.calls.first().text.startsWith(message));
-    QVERIFY(d.calls.first().text.contains(QStringLiteral("dłuższej krawędzi")));
-    QCOMPARE(d.pagesWhenAsked, 1);
-    QCOMPARE(pdf.pages, 2);
-    QVERIFY(phrase(pdf, back, 0).isEmpty());
-    QVERIFY(!phrase(pdf, back, 1).isEmpty());
+    };
+    for (const auto &[kind, back] : {std::pair{3, "Rodzaj zobowiązania: Faktura 12/2026"}, {4, "Znamiona dowodu tożsamości"}}) {
+        Turning d;
+        const PdfContent pdf = print(sampleDocument(kind), {});
+        QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
+        QVERIFY(d.calls.first().text.contains(QStringLiteral("przełóż kartkę na drugą stronę"), Qt::CaseInsensitive));
+        QCOMPARE(d.pagesWhenAsked, 1);
+        QCOMPARE(pdf.pages, 2);
+        QVERIFY(phrase(pdf, QString::fromUtf8(back), 0).isEmpty());
+        QVERIFY(!phrase(pdf, QString::fromUtf8(back), 1).isEmpty());
+    }
 }
 
 void TestSlips::depositSlipCopies()
@@ -518,10 +431,6 @@ void TestSlips::depositSlipCopies()
     QCOMPARE(pdf.pages, 1);
     const QRectF first = phrase(pdf, QStringLiteral("Hurtownia Gęśla"));
     for (int copy = 0; copy < 4; ++copy) {
-        const QString number = QStringList{"I", "II", "III", "IV"}.at(copy);
-        QVERIFY2(qAbs(pdf.find(number).box.top() - pdf.find(QStringLiteral("I")).box.top() -
-                      copy * DepositSlip.pitch) < 3,
-                 qPrintable(number));
         // The same recipient, amount and wording on every copy, one copy lower each time.
         QVERIFY(qAbs(phrase(pdf, QStringLiteral("Hurtownia Gęśla"), 0, copy).top() - first.top() -
                      copy * DepositSlip.pitch) < 2);
@@ -653,8 +562,7 @@ void TestSlips::printerCalibration()
 {
     RecordingDialogs d;
     PrinterCalibration{100, -50, 1020}.save(QStringLiteral("PDF"));
-    Settings prePrinted{.wstawiany = 1};
-    prePrinted.apply();
+    Settings{.wstawiany = 1}.apply();
     appState().margLewy = 2;
     PaymentDocument doc = sampleDocument(1);
     const auto id = DocumentStore::insert(Db(), doc);
