@@ -43,6 +43,21 @@ bool firmsOnServer()
     return qEnvironmentVariableIntValue("ZLECANKI_TEST_SERVER") == 1;
 }
 
+namespace {
+
+void dropSchema(const QString &schema)
+{
+    {
+        const auto address = Dialect::parseAddress(testServer());
+        if (address && Dialect::connect(*address, QStringLiteral("test-server"), nullptr))
+            QSqlQuery(QSqlDatabase::database(QStringLiteral("test-server"), false))
+                .exec(QStringLiteral("DROP SCHEMA IF EXISTS ") + schema + QStringLiteral(" CASCADE"));
+    }
+    FirmDatabase::close(QStringLiteral("test-server"));
+}
+
+} // namespace
+
 QString firmLocation(const QString &path)
 {
     if (!firmsOnServer() || testServer().isEmpty())
@@ -51,13 +66,7 @@ QString firmLocation(const QString &path)
     if (const auto it = given.constFind(path); it != given.cend())
         return *it;
     const QString schema = QStringLiteral("t%1_%2").arg(QCoreApplication::applicationPid()).arg(given.size() + 1);
-    {
-        const auto address = Dialect::parseAddress(testServer());
-        if (address && Dialect::connect(*address, QStringLiteral("test-server"), nullptr))
-            QSqlQuery(QSqlDatabase::database(QStringLiteral("test-server"), false))
-                .exec(QStringLiteral("DROP SCHEMA IF EXISTS ") + schema + QStringLiteral(" CASCADE"));
-    }
-    FirmDatabase::close(QStringLiteral("test-server"));
+    dropSchema(schema);
     const QString address = testServer() + QStringLiteral("?schema=") + schema;
     given.insert(path, address);
     return address;
@@ -67,6 +76,11 @@ bool openNewFirm(const QString &path, const std::optional<FirmData> &firm)
 {
     QString error;
     const QString location = firmLocation(path);
+    // A new firm under a name used before replaces it, as a new file in the test's folder does.
+    if (location != path) {
+        CloseDb();
+        dropSchema(Dialect::parseAddress(location)->schema);
+    }
     if (!FirmDatabase::create(location, &error)) {
         qWarning("%s", qPrintable(error));
         return false;
