@@ -120,7 +120,7 @@ bool save(QSqlDatabase db, const FirmData &data, std::bitset<Accounts::Count> wr
 
     QStringList quotedNames;
     for (const QString &n : std::as_const(names))
-        quotedNames << Structure::quoted(n);
+        quotedNames << Structure::quoted(db, n);
     QSqlQuery q(db);
     if (isNew) {
         QStringList marks;

@@ -105,13 +105,13 @@ bool MarkChosenContractors(QSqlDatabase db, ContractorChoice choice, const QList
     }
     QSqlQuery q(db);
     q.prepare(QStringLiteral("UPDATE Kontrahenci SET WYBRANY=?"));
-    q.addBindValue(choice == ContractorChoice::All);
+    q.addBindValue(choice == ContractorChoice::All ? 1 : 0);
     if (!exec(q, error))
         return false;
     if (choice == ContractorChoice::Ticked) {
         q.prepare(QStringLiteral("UPDATE Kontrahenci SET WYBRANY=? WHERE ID=?"));
         for (qint32 id : ticked) {
-            q.addBindValue(true);
+            q.addBindValue(1);
             q.addBindValue(id);
             if (!exec(q, error))
                 return false;
@@ -129,8 +129,8 @@ bool ClearContractorMarks(QSqlDatabase db, QString *error)
 {
     QSqlQuery q(db);
     q.prepare(QStringLiteral("UPDATE Kontrahenci SET WYBRANY=? WHERE WYBRANY=?"));
-    q.addBindValue(false);
-    q.addBindValue(true);
+    q.addBindValue(0);
+    q.addBindValue(1);
     return exec(q, error);
 }
 
