@@ -216,7 +216,7 @@ int bankFile(const QStringList &args)
 
     const QString given = opt.value(QStringLiteral("--firma"));
     const QString firm = QFileInfo::exists(given) ? QFileInfo(given).absoluteFilePath() : resolveFirmPath(given);
-    if (!QFileInfo::exists(firm)) {
+    if (!Dialect::isAddress(firm) && !QFileInfo::exists(firm)) {
         err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(given)));
         return 1;
     }
@@ -407,7 +407,8 @@ StartOptions parseStart(const QStringList &args)
             o.error = QStringLiteral("Nieznana opcja: %1 (zlecanki --help opisuje wszystkie)").arg(a);
             return o;
         } else if (o.firmFile.isEmpty()) {
-            o.firmFile = QFileInfo(a).absoluteFilePath();
+            // A firm on a server is named by its address, which is no path.
+            o.firmFile = Dialect::isAddress(a) ? a.trimmed() : QFileInfo(a).absoluteFilePath();
         } else {
             o.error = QStringLiteral("Można podać tylko jeden plik firmy.");
             return o;
