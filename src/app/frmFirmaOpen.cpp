@@ -190,7 +190,7 @@ void frmFirmaOpen::chooseFile()
 
 void frmFirmaOpen::chooseServer()
 {
-    // Offered: the chosen server firm, else the server of the last one, for another schema.
+    // Offered: the chosen server firm, else the last one opened here.
     QString offer = QStringLiteral("postgresql://serwer:5432/biuro?schema=firma");
     const QListWidgetItem *item = m_list->currentItem();
     const QStringList servers = ServerFirms::remembered();
