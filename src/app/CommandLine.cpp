@@ -214,10 +214,10 @@ int bankFile(const QStringList &args)
         return 1;
     }
 
-    const QString given = opt.value(QStringLiteral("--firma"));
-    const QString firm = QFileInfo::exists(given) ? QFileInfo(given).absoluteFilePath() : resolveFirmPath(given);
-    if (!Dialect::isAddress(firm) && !QFileInfo::exists(firm)) {
-        err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(given)));
+    QString missing;
+    const QString firm = firmForCommand(opt.value(QStringLiteral("--firma")), &missing);
+    if (firm.isEmpty()) {
+        err(missing);
         return 1;
     }
     if (!OpenDb(firm))

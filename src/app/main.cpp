@@ -2,6 +2,7 @@
 #include "Main.h"
 #include "Version.h"
 #include "db/ImportMdbCommand.h"
+#include "db/MoveFirmCommand.h"
 #include "print/ui/PrintCommand.h"
 #include "db/MdbProcess.h"
 #include "reports/ReportCommand.h"
@@ -25,6 +26,7 @@ int main(int argc, char **argv)
     registerPrintCommand();
     registerReportCommand();
     registerImportMdbCommand();
+    registerMoveFirmCommand();
     if (CommandLine::isCommand(args)) {
         if (CommandLine::needsApplication(args)) {
             // Printing needs the GUI classes but no screen: headless unless told otherwise.

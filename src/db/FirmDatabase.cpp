@@ -297,6 +297,30 @@ std::optional<QSqlDatabase> open(const QString &path, const QString &connection,
     return QSqlDatabase::database(connection, false);
 }
 
+std::optional<QSqlDatabase> openFileToRead(const QString &path, const QString &connection, QString *error)
+{
+    QString problem;
+    {
+        QSqlDatabase db = addConnection(QFileInfo(path).absoluteFilePath(), connection, true);
+        if (db.open()) {
+            registerFunctions(db);
+            // The engine reads the file's header only on the first statement.
+            QSqlQuery q(db);
+            if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")))
+                problem = q.lastError().text();
+        } else {
+            problem = db.lastError().text();
+        }
+    }
+    if (!problem.isEmpty()) {
+        close(connection);
+        if (error)
+            *error = problem;
+        return std::nullopt;
+    }
+    return QSqlDatabase::database(connection, false);
+}
+
 QString foreignObjects(const QSqlDatabase &db, const QString &schema)
 {
     QString why;

@@ -22,6 +22,10 @@ struct OpenError {
 // Opens `path` under the connection name `connection` (replacing a connection of that name).
 // On success the database is open; `readOnly` tells whether saving is impossible.
 std::optional<QSqlDatabase> open(const QString &path, const QString &connection, bool *readOnly, QString *error);
+// A connection only to read another firm's file (the source of a copy or an import): opened
+// read-only, with the guards every firm connection has but none of open()'s checks, so the
+// caller words its own refusals. Empty, with the engine's message, when it cannot be opened.
+std::optional<QSqlDatabase> openFileToRead(const QString &path, const QString &connection, QString *error);
 // Closes and forgets a connection; every query on it must be gone.
 void close(const QString &connection);
 // Creates a new firm (file or schema on a server) with the full, current structure.

@@ -12,6 +12,7 @@
 #include "ScheduledPayments.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QSqlDriver>
 #include <QSqlQuery>
@@ -129,6 +130,16 @@ QString resolveFirmPath(const QString &name)
     if (name.contains(QLatin1Char('/')))
         return QFileInfo(name).absoluteFilePath();
     return appState().bazyPath + name;
+}
+
+QString firmForCommand(const QString &given, QString *error)
+{
+    const QString firm = QFileInfo::exists(given) ? QFileInfo(given).absoluteFilePath() : resolveFirmPath(given);
+    if (Dialect::isAddress(firm) || QFileInfo::exists(firm))
+        return firm;
+    if (error)
+        *error = QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(given));
+    return {};
 }
 
 bool OpenDb(const QString &name)

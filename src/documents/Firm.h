@@ -62,3 +62,7 @@ inline const QString StandardFirmName = QStringLiteral("Firma standardowa");
 bool ensureStandardFirm(QString *error = nullptr);
 // The file path for a name given to OpenDb.
 QString resolveFirmPath(const QString &name);
+// The firm a command line names with --firma: a file here, a firm of the databases folder by
+// its file name, or a server address. Empty, with the Polish reason in `error`, when there is
+// no such file.
+QString firmForCommand(const QString &given, QString *error);

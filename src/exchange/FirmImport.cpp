@@ -2,10 +2,13 @@
 
 #include "Dialogs.h"
 #include "Messages.h"
+#include "db/Dialect.h"
+#include "db/FirmCopy.h"
 #include "db/FirmDatabase.h"
 #include "db/MdbConversion.h"
 #include "db/MdbReader.h"
 #include "db/Structure.h"
+#include "db/Transaction.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,64 +22,37 @@ namespace FirmImport {
 
 namespace {
 
-const QString Source = QStringLiteral("zrodlo");
+const QString SourceConnection = QStringLiteral("zlecanki-import-zrodlo");
 const char *const Tables[CategoryCount] = {"FIRMA", "ZLECANKI", "CYKLICZNE", "KONTRAHENCI"};
 
-// The open firm's file named again, also in other letter case or through another path.
+// The open firm named again: its file in other letter case or through another path, or the
+// same schema of the same server database.
 bool sameFirm(const QString &name, const QString &openFile)
 {
+    if (Dialect::isAddress(name) || Dialect::isAddress(openFile)) {
+        const auto a = Dialect::parseAddress(name), b = Dialect::parseAddress(openFile);
+        return a && b && a->host.compare(b->host, Qt::CaseInsensitive) == 0 && a->port == b->port &&
+               a->database == b->database && a->schema == b->schema;
+    }
     const QFileInfo a(name), b(openFile);
     if (a.absoluteFilePath().toUpper() == b.absoluteFilePath().toUpper())
         return true;
     return a.exists() && a.canonicalFilePath() == b.canonicalFilePath();
 }
 
-QStringList columnsOf(const QSqlDatabase &db, const QString &schema, const QString &table)
-{
-    QStringList names;
-    QSqlQuery q(db);
-    q.prepare(QStringLiteral("SELECT name FROM pragma_table_info(?, ?)"));
-    q.addBindValue(table);
-    q.addBindValue(schema);
-    if (q.exec())
-        while (q.next())
-            names << q.value(0).toString();
-    return names;
-}
-
-// "INSERT INTO T (a,b) SELECT a,b FROM zrodlo.T" over the columns both tables have.
-QString copySql(const QSqlDatabase &db, const QString &table)
-{
-    const QStringList source = columnsOf(db, Source, table);
-    QStringList common;
-    for (const QString &c : columnsOf(db, QStringLiteral("main"), table))
-        if (source.contains(c, Qt::CaseInsensitive))
-            common << Structure::quoted(c);
-    // With nothing in common the statement names the table alone and fails as it should.
-    const QString cols = common.join(QLatin1Char(','));
-    return QStringLiteral("INSERT INTO main.") + table + (common.isEmpty() ? QString() : QStringLiteral(" (") + cols + QLatin1Char(')')) +
-           QStringLiteral(" SELECT ") + (common.isEmpty() ? QStringLiteral("*") : cols) + QStringLiteral(" FROM ") + Source +
-           QLatin1Char('.') + table;
-}
-
 bool duplicateKey(const QSqlError &e)
 {
-    return e.databaseText().contains(QLatin1String("UNIQUE constraint failed")) ||
+    return e.nativeErrorCode() == QLatin1String("23505") ||
+           e.databaseText().contains(QLatin1String("UNIQUE constraint failed")) ||
            e.databaseText().contains(QLatin1String("PRIMARY KEY"));
 }
 
-void detach(QSqlDatabase &db)
+// Opens the source, an Access file converted first into `scratch`. A message when it is not
+// a firm database.
+bool openSource(const QString &name, QTemporaryDir &scratch)
 {
-    QSqlQuery q(db);
-    q.exec(QStringLiteral("DETACH DATABASE ") + Source);
-}
-
-// Attaches the source, an Access file converted first into `scratch`. A message when the
-// file is not a firm database.
-bool attach(QSqlDatabase &db, const QString &name, QTemporaryDir &scratch)
-{
-    QString file = name;
-    if (MdbReader::isAccessFile(name)) {
+    QString location = name;
+    if (!Dialect::isAddress(name) && MdbReader::isAccessFile(name)) {
         const QString converted = scratch.filePath(QStringLiteral("import.zlc"));
         const MdbConversion::Result r = MdbConversion::convertFile(name, converted);
         if (!r.ok) {
@@ -87,36 +63,15 @@ bool attach(QSqlDatabase &db, const QString &name, QTemporaryDir &scratch)
             dialogs().exclamation(MdbConversion::notAFirmMessage(name), Msg(51));
             return false;
         }
-        file = converted;
+        location = converted;
     }
-    {
-        QSqlQuery q(db);
-        q.prepare(QStringLiteral("ATTACH DATABASE ? AS ") + Source);
-        q.addBindValue(file);
-        if (!q.exec()) {
-            dialogs().exclamation(QStringLiteral("Nie można otworzyć bazy danych:\n") + QDir::toNativeSeparators(name) +
-                                      QLatin1Char('\n') + q.lastError().text(),
-                                  Msg(51));
-            return false;
-        }
-    }
-    if (const QString foreign = FirmDatabase::foreignObjects(db, Source); !foreign.isEmpty()) {
-        detach(db);
-        dialogs().exclamation(foreign + QLatin1Char('\n') + QDir::toNativeSeparators(name), Msg(51));
+    const QString shown = Dialect::isAddress(name) ? name : QDir::toNativeSeparators(name);
+    QString error;
+    if (!FirmCopy::openSource(location, shown, SourceConnection, &error)) {
+        dialogs().exclamation(error, Msg(51));
         return false;
     }
-    bool firm = false;
-    {
-        QSqlQuery q(db);
-        firm = q.exec(QStringLiteral("SELECT count(*) FROM zrodlo.sqlite_master WHERE type='table' AND "
-                                     "upper(name) IN ('ZLECANKI','FIRMA')")) &&
-               q.next() && q.value(0).toInt() == 2;
-    }
-    if (!firm) {
-        detach(db);
-        dialogs().exclamation(MdbConversion::notAFirmMessage(name), Msg(51));
-    }
-    return firm;
+    return true;
 }
 
 } // namespace
@@ -136,41 +91,49 @@ bool run(QSqlDatabase db, const QString &openFile, const QString &sourceName, co
         dialogs().exclamation(QStringLiteral("Nie można importować z tej samej firmy"));
         return false;
     }
-    if (name.isEmpty() || !QFileInfo(name).isFile()) {
+    if (name.isEmpty() || (!Dialect::isAddress(name) && !QFileInfo(name).isFile())) {
         dialogs().exclamation(QStringLiteral("Plik: ") + name + QStringLiteral(" - nie istnieje"));
         return false;
     }
     QTemporaryDir scratch;
-    if (!attach(db, name, scratch))
+    if (!openSource(name, scratch))
         return false;
     if (!dialogs().question(QStringLiteral("Import skasuje wszystkie aktualne dane z wybranych kategorii.\n"
                                            "Chcesz kontynuować?"),
                             Msg(53))) {
-        detach(db);
+        FirmDatabase::close(SourceConnection);
         return false;
     }
     bool failed = false;
-    for (int c = 0; c < CategoryCount; ++c) {
-        if (!ticked[size_t(c)])
-            continue;
-        const QString table = QLatin1String(Tables[c]);
-        QStringList statements;
-        if (c == Firma)
-            statements << QStringLiteral("DELETE FROM main.FIRMA");
-        statements << copySql(db, table);
-        for (const QString &sql : std::as_const(statements)) {
-            QSqlQuery q(db);
-            if (q.exec(sql))
+    {
+        const QSqlDatabase source = QSqlDatabase::database(SourceConnection, false);
+        for (int c = 0; c < CategoryCount; ++c) {
+            if (!ticked[size_t(c)])
+                continue;
+            const QString table = QLatin1String(Tables[c]);
+            // Each step stands on its own: the firm's data removed stays removed when its copy
+            // fails, and a table's copy is whole or nothing, as a single statement would be.
+            if (c == Firma && !QSqlQuery(db).exec(QStringLiteral("DELETE FROM ") + Structure::quoted(db, table)))
+                failed = true;
+            FirmCopy::TableCopy copy;
+            {
+                Transaction t(db);
+                if (t.isActive()) {
+                    copy = FirmCopy::copyTable(source, db, table, false, false);
+                    copy.ok = copy.ok && t.commit();
+                }
+            }
+            if (copy.ok)
                 continue;
             failed = true;
-            if (duplicateKey(q.lastError()))
+            if (duplicateKey(copy.failure))
                 dialogs().message(QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane.\n"
                                                  "Import nie będzie w pełni poprawny. Importuj dane do pustej bazy "
                                                  "(nowa firma)."),
                                   Msg(51), Dialogs::Icon::Critical);
         }
     }
-    detach(db);
+    FirmDatabase::close(SourceConnection);
     if (failed)
         dialogs().exclamation(QStringLiteral("Import zakończono z błędami"));
     else

@@ -119,9 +119,10 @@ int reportCommand(const QStringList &args)
         err(Usage);
         return 2;
     }
-    const QString firm = QFileInfo::exists(o.firm) ? QFileInfo(o.firm).absoluteFilePath() : resolveFirmPath(o.firm);
-    if (!QFileInfo::exists(firm)) {
-        err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(o.firm)));
+    QString missing;
+    const QString firm = firmForCommand(o.firm, &missing);
+    if (firm.isEmpty()) {
+        err(missing);
         return 1;
     }
     const auto existing = o.replace ? SafeOutput::Existing::Replace : SafeOutput::Existing::Keep;

@@ -1,6 +1,5 @@
 zlecanki_ui_test(tst_firm app/tst_firm.cpp)
 zlecanki_ui_test(tst_mainwindow app/tst_mainwindow.cpp)
-zlecanki_ui_test(tst_startup app/tst_startup.cpp)
 zlecanki_bus_test(tst_session app/tst_session.cpp)
 
 # The real program driven through the accessibility bus, as a screen reader would (skips

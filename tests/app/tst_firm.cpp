@@ -1,10 +1,11 @@
 #include "AppState.h"
-#include "app/CommandLine.h"
-#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
+#include "TestFirm.h"
+#include "app/CommandLine.h"
 #include "db/FirmDatabase.h"
 #include "db/Structure.h"
+#include "documents/Firm.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,124 +15,72 @@
 #include <QSqlQuery>
 #include <QTest>
 
-#include <memory>
-
 class TestFirm : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void cleanup() { CloseDb(); }
 
-    void refusedFiles_data();
-    void refusedFiles();
-    void craftedFirmRefused_data();
-    void craftedFirmRefused();
-    void opensAndLoadsSettings();
-    void nameAndWorkingDateOfRun();
-    void readOnlyFirmOpensForViewing();
+    void refused_data();
+    void refused();
+    void opening();
     void commandLineCommands();
     void startOptions_data();
     void startOptions();
 
 private:
-    QString newFirm(const QString &name, const QString &sql = {});
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
 };
 
-// A new firm file, with `sql` (statements separated by ';') run on it.
-QString TestFirm::newFirm(const QString &name, const QString &sql)
+static const QString Recursive = QStringLiteral("WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) ");
+
+void TestFirm::refused_data()
 {
-    const QString path = m_env->newPath(name);
-    QString error;
-    if (!FirmDatabase::create(path, &error))
-        qFatal("%s", qPrintable(error));
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("prep"));
-        db.setDatabaseName(path);
-        if (!db.open())
-            qFatal("cannot open %s", qPrintable(path));
-        for (const QString &statement : sql.split(QLatin1Char(';'), Qt::SkipEmptyParts))
-            if (!QSqlQuery(db).exec(statement))
-                qFatal("%s", qPrintable(statement));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("prep"));
-    return path;
+    QTest::addColumn<QByteArray>("content"); // "-": no file at all; "firm": a firm file, `statements` run on it
+    QTest::addColumn<QStringList>("statements");
+    QTest::addColumn<QStringList>("named"); // in the message; none: the firm opens
+    QTest::newRow("missing") << QByteArray("-") << QStringList{} << QStringList{"Nie ma pliku bazy danych firmy"};
+    QTest::newRow("text file") << QByteArray("To nie jest baza.\n").repeated(200) << QStringList{}
+                               << QStringList{"nie jest bazą danych firmy"};
+    QTest::newRow("empty file") << QByteArray() << QStringList{} << QStringList{"nie jest bazą danych firmy"};
+    QTest::newRow("trigger redirecting the recipient's account")
+        << QByteArray("firm")
+        << QStringList{"CREATE TRIGGER podmiana AFTER INSERT ON zlecanki BEGIN "
+                       "UPDATE zlecanki SET KLIENT_KONTO = '11 1111' WHERE ID = new.ID; END",
+                       "CREATE TRIGGER bez_zapisu BEFORE INSERT ON Kontrahenci BEGIN SELECT RAISE(IGNORE); END"}
+        << QStringList{"podmiana", "zlecanki", "bez_zapisu", "Kontrahenci"};
+    QTest::newRow("recursive view in place of a table")
+        << QByteArray("firm") << QStringList{"DROP TABLE FIRMA", "CREATE VIEW Firma AS " + Recursive + "SELECT x AS NAZWA FROM c"}
+        << QStringList{"widok Firma"};
+    // Let in, but a statement over it runs only so long.
+    QTest::newRow("view of another name")
+        << QByteArray("firm") << QStringList{"CREATE VIEW licznik AS " + Recursive + "SELECT x FROM c"} << QStringList{};
 }
 
-void TestFirm::refusedFiles_data()
-{
-    QTest::addColumn<QByteArray>("content"); // "-": no file at all
-    QTest::addColumn<QString>("message");
-    QTest::newRow("missing") << QByteArray("-") << "Nie ma pliku bazy danych firmy";
-    QTest::newRow("text file") << QByteArray("To nie jest baza.\n").repeated(200) << "nie jest bazą danych firmy";
-    QTest::newRow("empty file") << QByteArray() << "nie jest bazą danych firmy";
-}
-
-void TestFirm::refusedFiles()
+void TestFirm::refused()
 {
     QFETCH(QByteArray, content);
-    QFETCH(QString, message);
-    const QString path = m_env->newPath(QStringLiteral("zly.zlc"));
-    if (content != "-") {
+    QFETCH(QStringList, statements);
+    QFETCH(QStringList, named);
+    const QString path = m_env.newPath(QStringLiteral("obca.zlc"));
+    if (content == "firm") {
+        QVERIFY(createFirm(path, statements));
+    } else if (content != "-") {
         QFile f(path);
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write(content);
     }
     RecordingDialogs d;
     QSignalSpy failed(&FirmEvents::instance(), &FirmEvents::openFailed);
-    QVERIFY(!OpenDb(path));
-    QVERIFY(!isFirmOpen());
-    QCOMPARE(failed.size(), 1);
-    QVERIFY2(d.saw(message), qPrintable(d.calls.value(0).text));
-    // Nothing was created or changed on the way.
-    QFile f(path);
-    QCOMPARE(f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("-"), content);
-}
-
-// Statements a file made elsewhere may carry, each one run whole (trigger bodies hold ';').
-static void craft(const QString &path, const QStringList &statements)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("craft"));
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        for (const QString &statement : statements)
-            QVERIFY2(QSqlQuery(db).exec(statement), qPrintable(statement));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("craft"));
-}
-
-static const QString Recursive = QStringLiteral("WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c) ");
-
-void TestFirm::craftedFirmRefused_data()
-{
-    QTest::addColumn<QStringList>("statements");
-    QTest::addColumn<QStringList>("named");
-    QTest::newRow("trigger redirecting the recipient's account")
-        << QStringList{"CREATE TRIGGER podmiana AFTER INSERT ON zlecanki BEGIN "
-                       "UPDATE zlecanki SET KLIENT_KONTO = '11 1111' WHERE ID = new.ID; END",
-                       "CREATE TRIGGER bez_zapisu BEFORE INSERT ON Kontrahenci BEGIN SELECT RAISE(IGNORE); END"}
-        << QStringList{"podmiana", "zlecanki", "bez_zapisu", "Kontrahenci"};
-    QTest::newRow("recursive view in place of a table")
-        << QStringList{"DROP TABLE FIRMA", "CREATE VIEW Firma AS " + Recursive + "SELECT x AS NAZWA FROM c"}
-        << QStringList{"widok Firma"};
-    // Let in, but a statement over it runs only so long.
-    QTest::newRow("view of another name") << QStringList{"CREATE VIEW licznik AS " + Recursive + "SELECT x FROM c"}
-                                          << QStringList{};
-}
-
-void TestFirm::craftedFirmRefused()
-{
-    QFETCH(QStringList, statements);
-    QFETCH(QStringList, named);
-    const QString path = newFirm(QStringLiteral("obca.zlc"));
-    craft(path, statements);
-    RecordingDialogs d;
     QCOMPARE(OpenDb(path), named.isEmpty());
     QCOMPARE(isFirmOpen(), named.isEmpty());
+    QCOMPARE(failed.size(), named.isEmpty() ? 0 : 1);
     const QString told = d.calls.value(0).text;
     for (const QString &name : named)
         QVERIFY2(told.contains(name), qPrintable(told));
+    if (content != "firm") { // nothing was created or changed on the way
+        QFile f(path);
+        QCOMPARE(f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("-"), content);
+    }
     if (!named.isEmpty())
         return;
     QSqlQuery q(Db());
@@ -141,13 +90,13 @@ void TestFirm::craftedFirmRefused()
     QVERIFY(q.exec(QStringLiteral("SELECT count(*) FROM zlecanki")));
 }
 
-void TestFirm::opensAndLoadsSettings()
+void TestFirm::opening()
 {
-    const QString path = newFirm(QStringLiteral("flagi.zlc"),
-                                 QStringLiteral("UPDATE Ustawienia SET Data=0, Wstawiany=1, Nowe=1, CzteryOdcinki=0, "
-                                                "CzteryNaStronie=1, Szary=1, Eliksir=NULL;"
-                                                "UPDATE Ustawienia2 SET MargLewy=3, MargPrawy=-2;"
-                                                "INSERT INTO firma (NAZWA, MIASTO) VALUES ('ACME', '')"));
+    const QString path = m_env.newPath(QStringLiteral("flagi.zlc"));
+    QVERIFY(createFirm(path, {QStringLiteral("UPDATE Ustawienia SET Data=0, Wstawiany=1, Nowe=1, CzteryOdcinki=0, "
+                                             "CzteryNaStronie=1, Szary=1, Eliksir=NULL"),
+                              QStringLiteral("UPDATE Ustawienia2 SET MargLewy=3, MargPrawy=-2"),
+                              QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('ACME', '')")}));
     RecordingDialogs d;
     QSignalSpy opened(&FirmEvents::instance(), &FirmEvents::opened);
     QSignalSpy progress(&FirmEvents::instance(), &FirmEvents::progress);
@@ -168,12 +117,22 @@ void TestFirm::opensAndLoadsSettings()
     CloseDb();
     QCOMPARE(closed.size(), 1);
     QVERIFY(!Db().isValid());
-}
 
-void TestFirm::nameAndWorkingDateOfRun()
-{
-    // A name without a folder is a file in the databases folder.
-    QVERIFY(appState().bazyPath.startsWith(m_env->dataHome() + QStringLiteral("/Kontorian/bazy/")));
+    // A firm the user may only read opens for viewing, saying so.
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    QVERIFY(OpenDb(path));
+    QVERIFY(firmReadOnly());
+    QVERIFY(d.saw(QStringLiteral("tylko do odczytu")));
+    QSqlQuery q(Db());
+    QVERIFY(q.exec(QStringLiteral("SELECT count(*) FROM zlecanki")));
+    QVERIFY(!q.exec(QStringLiteral("INSERT INTO zlecanki (RODZAJ) VALUES (1)")));
+    d.clear();
+    QVERIFY(refuseWhenReadOnly());
+    QCOMPARE(d.calls.size(), 1);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+
+    // A name without a folder is a file in the databases folder; a run may set its working date.
+    QVERIFY(appState().bazyPath.startsWith(m_env.dataHome() + QStringLiteral("/Kontorian/bazy/")));
     QVERIFY(FirmDatabase::create(appState().bazyPath + QStringLiteral("bez_folderu.zlc"), nullptr));
     appState().todayForRun.reset();
     QVERIFY(OpenDb(QStringLiteral("bez_folderu.zlc")));
@@ -185,34 +144,17 @@ void TestFirm::nameAndWorkingDateOfRun()
     appState().todayForRun.reset();
 }
 
-void TestFirm::readOnlyFirmOpensForViewing()
-{
-    const QString path = newFirm(QStringLiteral("tylko_odczyt.zlc"));
-    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
-    RecordingDialogs d;
-    QVERIFY(OpenDb(path));
-    QVERIFY(firmReadOnly());
-    QVERIFY(d.saw(QStringLiteral("tylko do odczytu")));
-    QSqlQuery q(Db());
-    QVERIFY(q.exec(QStringLiteral("SELECT count(*) FROM zlecanki")));
-    QVERIFY(!q.exec(QStringLiteral("INSERT INTO zlecanki (RODZAJ) VALUES (1)")));
-    d.clear();
-    QVERIFY(refuseWhenReadOnly());
-    QCOMPARE(d.calls.size(), 1);
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
-}
-
 void TestFirm::commandLineCommands()
 {
     if (!QFile::exists(programPath()))
         QSKIP("the program is not built in this configuration");
     QProcess p;
-    p.setProcessEnvironment(m_env->processEnvironment());
+    p.setProcessEnvironment(m_env.processEnvironment());
     const auto run = [&p](const QStringList &args, int exitCode) {
         p.start(programPath(), args);
         return p.waitForFinished(20000) && p.exitCode() == exitCode;
     };
-    const QString path = m_env->newPath(QStringLiteral("z_polecenia"));
+    const QString path = m_env.newPath(QStringLiteral("z_polecenia"));
     QVERIFY(run({QStringLiteral("nowa-firma"), path}, 0));
     QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).trimmed(), path + QStringLiteral(".zlc"));
     RecordingDialogs d;

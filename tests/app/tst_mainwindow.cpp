@@ -1,18 +1,17 @@
 #include "AppState.h"
-#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "SettingsStore.h"
 #include "TestEnv.h"
-#include "users/Users.h"
-#include "db/FirmDatabase.h"
+#include "TestFirm.h"
 #include "app/frmFirmaOpen.h"
 #include "app/frmglowna.h"
+#include "db/FirmDatabase.h"
 #include "db/ServerFirms.h"
-#include "TestFirm.h"
+#include "documents/Firm.h"
+#include "users/Users.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QMdiArea>
@@ -27,23 +26,17 @@
 #include <QTest>
 #include <QToolBar>
 
-#include <memory>
-
 class TestMainWindow : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
-    void firmAndNoFirmStates_data();
     void firmAndNoFirmStates();
-    void newFirmFromMenu();
+    void menuCommands();
     void newServerFirm_data();
     void newServerFirm();
     void serverFirmInList();
-    void windowsMenuCommands();
-    void quitAsksFirstAndRemembers();
 
 private:
     QAction *command(const QString &name) { return m_window->command(name); }
@@ -57,15 +50,10 @@ private:
     QString toolbarEnabled();
     // Alt+S, then the mnemonic of "Nowa firma na serwerze..." in the menu.
     void newServerFirmByKeys();
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     std::unique_ptr<frmglowna> m_window;
 };
-
-void TestMainWindow::initTestCase()
-{
-    m_env = std::make_unique<TestEnv>();
-}
 
 QString TestMainWindow::visibleMenus()
 {
@@ -121,7 +109,7 @@ QString TestMainWindow::toolbarEnabled()
 
 void TestMainWindow::init()
 {
-    m_env->clearSettings();
+    m_env.clearSettings();
     m_dialogs = std::make_unique<RecordingDialogs>();
     m_window = std::make_unique<frmglowna>();
     m_window->show();
@@ -138,73 +126,66 @@ void TestMainWindow::cleanup()
     CloseDb();
 }
 
-void TestMainWindow::firmAndNoFirmStates_data()
-{
-    QTest::addColumn<QString>("start");
-    QTest::newRow("firm of last time") << "last";
-    QTest::newRow("no firm, then one opened") << "none";
-    QTest::newRow("firm closed and opened again") << "reopen";
-    QTest::newRow("another user logs in") << "user";
-}
-
 void TestMainWindow::firmAndNoFirmStates()
 {
-    QFETCH(QString, start);
     const QString noFirmToolbar = QStringLiteral("1000000011"); // "Firma", "Pomoc" and "Koniec" only
+    const auto everythingThere = [this] {
+        QCOMPARE(visibleMenus(), QStringLiteral("1111111 11111"));
+        QCOMPARE(unreachableCommands(), QStringList());
+        QCOMPARE(toolbarEnabled(), QStringLiteral("1111111111"));
+    };
+    const auto restart = [this] {
+        m_window = std::make_unique<frmglowna>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        CloseDb();
+        m_window->openStartFirm();
+    };
     // The first start opens the default firm.
     QVERIFY(isFirmOpen());
     QCOMPARE(firmFile(), standardFirmPath());
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Firma standardowa]"));
     QCOMPARE(status(), QStringLiteral("Firma standardowa"));
     QVERIFY(m_dialogs->calls.isEmpty());
+    everythingThere();
 
-    if (start == QLatin1String("last")) {
-        m_window = std::make_unique<frmglowna>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        CloseDb();
-        m_window->openStartFirm();
-        QCOMPARE(firmFile(), standardFirmPath());
-    } else if (start == QLatin1String("none")) {
-        // The firm of last time is gone: the program starts with none and the user opens one.
-        SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), appState().bazyPath + QStringLiteral("brak.zlc"));
-        CloseDb();
-        m_window = std::make_unique<frmglowna>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        m_window->openStartFirm();
-        QVERIFY(!isFirmOpen());
-        QCOMPARE(toolbarEnabled(), noFirmToolbar);
-        QVERIFY(m_window->openFirm(standardFirmPath()));
-    } else if (start == QLatin1String("reopen")) {
-        command(QStringLiteral("mnuclosedb"))->trigger();
-        QVERIFY(!isFirmOpen());
-        QCOMPARE(status(), QStringLiteral("Nie została otworzona żadna firma"));
-        QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki"));
-        QCOMPARE(visibleMenus(), QStringLiteral("0000000 11111"));
-        QCOMPARE(toolbarEnabled(), noFirmToolbar);
-        // Neither a toolbar button nor a shortcut opens a firm's window.
-        command(QStringLiteral("mnuzlecanki_0"))->trigger();
-        QVERIFY(m_window->mdiArea()->subWindowList().size() <= 1);
-        QVERIFY(m_window->openFirm(standardFirmPath()));
-    } else {
-        const QString hash = Users::hashPassword(QStringLiteral("abc"));
-        QVERIFY(Users::save({{QStringLiteral("Ewa"), hash, Users::areas()},
-                             {QStringLiteral("Jan"), hash, {QStringLiteral("Dokumenty")}}}));
-        QVERIFY(UserSession::instance().reload());
-        QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), QStringLiteral("abc")));
-        QCOMPARE(unreachableCommands(),
-                 QStringList({"mnufirmabiz", "mnufirmaserwer", "mnufirmadane", "mnuImportWin", "mnuochrona", "mnuraportybar",
-                              "mnuslownikibar", "mnuustawbar"}));
-        QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), QStringLiteral("abc")));
-        const QStringList unreachable = unreachableCommands();
-        QFile::remove(Users::filePath());
-        UserSession::instance().reload();
-        QCOMPARE(unreachable, QStringList());
-    }
-    QCOMPARE(visibleMenus(), QStringLiteral("1111111 11111"));
-    QCOMPARE(unreachableCommands(), QStringList());
-    QCOMPARE(toolbarEnabled(), QStringLiteral("1111111111"));
+    // Another user logs in: only the commands of his rights can be reached.
+    const QString hash = Users::hashPassword(QStringLiteral("abc"));
+    QVERIFY(Users::save({{QStringLiteral("Ewa"), hash, Users::areas()},
+                         {QStringLiteral("Jan"), hash, {QStringLiteral("Dokumenty")}}}));
+    QVERIFY(UserSession::instance().reload());
+    QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), QStringLiteral("abc")));
+    QCOMPARE(unreachableCommands(), QStringList({"mnufirmabiz", "mnufirmaserwer", "mnufirmadane", "mnuImportWin",
+                                                 "mnuochrona", "mnuraportybar", "mnuslownikibar", "mnuustawbar"}));
+    QVERIFY(UserSession::instance().login(QStringLiteral("Ewa"), QStringLiteral("abc")));
+    const QStringList unreachable = unreachableCommands();
+    QFile::remove(Users::filePath());
+    UserSession::instance().reload();
+    QCOMPARE(unreachable, QStringList());
+
+    // The firm closed and opened again.
+    command(QStringLiteral("mnuclosedb"))->trigger();
+    QVERIFY(!isFirmOpen());
+    QCOMPARE(status(), QStringLiteral("Nie została otworzona żadna firma"));
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki"));
+    QCOMPARE(visibleMenus(), QStringLiteral("0000000 11111"));
+    QCOMPARE(toolbarEnabled(), noFirmToolbar);
+    // Neither a toolbar button nor a shortcut opens a firm's window.
+    command(QStringLiteral("mnuzlecanki_0"))->trigger();
+    QVERIFY(m_window->mdiArea()->subWindowList().size() <= 1);
+    QVERIFY(m_window->openFirm(standardFirmPath()));
+    everythingThere();
+
+    // The next start opens the firm of last time; that one gone, none, and the user opens one.
+    restart();
+    QCOMPARE(firmFile(), standardFirmPath());
+    everythingThere();
+    SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), appState().bazyPath + QStringLiteral("brak.zlc"));
+    restart();
+    QVERIFY(!isFirmOpen());
+    QCOMPARE(toolbarEnabled(), noFirmToolbar);
+    QVERIFY(m_window->openFirm(standardFirmPath()));
+    everythingThere();
 
     // A command reached from the keyboard opens its window.
     QTest::keyClick(m_window.get(), Qt::Key_S, Qt::AltModifier);
@@ -221,7 +202,8 @@ void TestMainWindow::firmAndNoFirmStates()
     QVERIFY(firm->parentWidget()->geometry().right() <= m_window->mdiArea()->viewport()->width());
 }
 
-void TestMainWindow::newFirmFromMenu()
+// New and listed firms, the windows menu and help, then quitting.
+void TestMainWindow::menuCommands()
 {
     const QString path = appState().bazyPath + QStringLiteral("kowalski");
     QFile::remove(path + QStringLiteral(".zlc"));
@@ -240,14 +222,7 @@ void TestMainWindow::newFirmFromMenu()
     // Another firm chosen from the list by its name.
     const QString other = appState().bazyPath + QStringLiteral("nowak.zlc");
     QFile::remove(other);
-    QVERIFY(FirmDatabase::create(other, nullptr));
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("prep"));
-        db.setDatabaseName(other);
-        QVERIFY(db.open());
-        QVERIFY(QSqlQuery(db).exec(QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('Nowak i Syn', 'Łódź')")));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("prep"));
+    QVERIFY(createFirm(other, {QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('Nowak i Syn', 'Łódź')")}));
 
     command(QStringLiteral("mnuopen"))->trigger();
     auto *w = qobject_cast<frmFirmaOpen *>(m_window->childWindow(QStringLiteral("frmFirmaOpen")));
@@ -260,6 +235,81 @@ void TestMainWindow::newFirmFromMenu()
     QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdok")), Qt::LeftButton);
     QCOMPARE(firmFile(), other);
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Nowak i Syn, Łódź]"));
+
+    QMdiArea *area = m_window->mdiArea();
+    command(QStringLiteral("mnujednookno"))->trigger();
+    QCOMPARE(area->viewMode(), QMdiArea::TabbedView);
+    QCOMPARE(SettingsStore::loadGet(QStringLiteral("JednoOkno")), QStringLiteral("True"));
+    command(QStringLiteral("mnujednookno"))->trigger();
+    QCOMPARE(area->viewMode(), QMdiArea::SubWindowView);
+
+    for (const char *name : {"mnuo", "mnuhotline", "mnuopen", "mnuo"}) // the second "Info" brought forward
+        command(QLatin1String(name))->trigger();
+    const auto subs = area->subWindowList();
+    QCOMPARE(subs.size(), 3);
+    command(QStringLiteral("mnuminall"))->trigger();
+    for (QMdiSubWindow *sub : subs)
+        QVERIFY(sub->isMinimized());
+    // Arranged side by side along the bottom.
+    command(QStringLiteral("mnuokno_1"))->trigger();
+    QCOMPARE(subs[0]->geometry().bottom(), subs[1]->geometry().bottom());
+    QVERIFY(subs[0]->geometry().right() < subs[1]->geometry().left() ||
+            subs[1]->geometry().right() < subs[0]->geometry().left());
+
+    // Closing all spares the frame's own windows.
+    command(QStringLiteral("mnucloseall"))->trigger();
+    QCOMPARE(area->subWindowList().size(), 1);
+    QCOMPARE(area->subWindowList().first()->widget()->objectName(), QStringLiteral("frmFirmaOpen"));
+    QVERIFY(m_window->findChild<QWidget *>(QStringLiteral("frmglowna_img")));
+
+    // Help opens its topic in the browser, or says there is none.
+    m_dialogs->clear();
+    const qsizetype opened = m_dialogs->urls.size();
+    command(QStringLiteral("mnuspis"))->trigger();
+    QCOMPARE(m_dialogs->calls.size(), 1); // the page opened, nothing to tell
+    m_dialogs->urlResult = Dialogs::UrlResult::NoBrowser;
+    command(QStringLiteral("mnuspis"))->trigger();
+    QCOMPARE(m_dialogs->callsOf(QStringLiteral("message")).value(0).text, QStringLiteral("Could not find your Browser"));
+    QCOMPARE(m_dialogs->urls.size(), opened + 2);
+    const QUrl url = m_dialogs->urls.last();
+    QCOMPARE(url.fragment(), QStringLiteral("Spis"));
+    QVERIFY(url.isLocalFile());
+    QFile page(url.toLocalFile());
+    QVERIFY2(page.open(QIODevice::ReadOnly), qPrintable(url.toLocalFile()));
+    QVERIFY(page.readAll().contains("id=\"Spis\""));
+
+    // Quitting asks first; the next start puts the window back as it was left.
+    QVERIFY(toolbar()->isVisible());
+    command(QStringLiteral("mnutoolbar"))->trigger();
+    command(QStringLiteral("mnustatus"))->trigger();
+    QVERIFY(!toolbar()->isVisible());
+    QVERIFY(!m_window->statusBar()->isVisible());
+    m_window->setGeometry(40, 50, 900, 640);
+
+    m_dialogs->answers << false;
+    QVERIFY(!m_window->close());
+    QVERIFY(m_window->isVisible());
+    QVERIFY(isFirmOpen());
+    QCOMPARE(m_dialogs->calls.last().text, QStringLiteral("Zakończyć pracę?"));
+    QVERIFY(SettingsStore::loadGet(QStringLiteral("WinState")).isEmpty());
+
+    m_dialogs->answers << true;
+    QVERIFY(m_window->close());
+    QVERIFY(!isFirmOpen());
+    QCOMPARE(SettingsStore::loadGet(QStringLiteral("WinState")), QStringLiteral("0"));
+
+    // The next start puts the window back there, and keeps the toolbar and status bar
+    // off, also in the no-firm state.
+    m_window = std::make_unique<frmglowna>();
+    m_window->restorePlacement();
+    QCOMPARE(m_window->geometry(), QRect(40, 50, 900, 640));
+    m_window->show();
+    m_window->openStartFirm();
+    QVERIFY(!toolbar()->isVisible());
+    QVERIFY(!command(QStringLiteral("mnutoolbar"))->isChecked());
+    m_window->CloseDB();
+    QVERIFY(!toolbar()->isVisible());
+    QVERIFY(!m_window->statusBar()->isVisible());
 }
 
 void TestMainWindow::newServerFirmByKeys()
@@ -367,86 +417,6 @@ void TestMainWindow::serverFirmInList()
     bool readOnly = false;
     QVERIFY(FirmDatabase::open(address, QStringLiteral("check"), &readOnly, nullptr));
     FirmDatabase::close(QStringLiteral("check"));
-}
-
-void TestMainWindow::windowsMenuCommands()
-{
-    QMdiArea *area = m_window->mdiArea();
-    command(QStringLiteral("mnujednookno"))->trigger();
-    QCOMPARE(area->viewMode(), QMdiArea::TabbedView);
-    QCOMPARE(SettingsStore::loadGet(QStringLiteral("JednoOkno")), QStringLiteral("True"));
-    command(QStringLiteral("mnujednookno"))->trigger();
-    QCOMPARE(area->viewMode(), QMdiArea::SubWindowView);
-
-    for (const char *name : {"mnuo", "mnuhotline", "mnuopen", "mnuo"}) // the second "Info" brought forward
-        command(QLatin1String(name))->trigger();
-    const auto subs = area->subWindowList();
-    QCOMPARE(subs.size(), 3);
-    command(QStringLiteral("mnuminall"))->trigger();
-    for (QMdiSubWindow *sub : subs)
-        QVERIFY(sub->isMinimized());
-    // Arranged side by side along the bottom.
-    command(QStringLiteral("mnuokno_1"))->trigger();
-    QCOMPARE(subs[0]->geometry().bottom(), subs[1]->geometry().bottom());
-    QVERIFY(subs[0]->geometry().right() < subs[1]->geometry().left() ||
-            subs[1]->geometry().right() < subs[0]->geometry().left());
-
-    // Closing all spares the frame's own windows.
-    command(QStringLiteral("mnucloseall"))->trigger();
-    QCOMPARE(area->subWindowList().size(), 1);
-    QCOMPARE(area->subWindowList().first()->widget()->objectName(), QStringLiteral("frmFirmaOpen"));
-    QVERIFY(m_window->findChild<QWidget *>(QStringLiteral("frmglowna_img")));
-
-    // Help opens its topic in the browser, or says there is none.
-    m_dialogs->clear();
-    const qsizetype opened = m_dialogs->urls.size();
-    command(QStringLiteral("mnuspis"))->trigger();
-    QCOMPARE(m_dialogs->calls.size(), 1); // the page opened, nothing to tell
-    m_dialogs->urlResult = Dialogs::UrlResult::NoBrowser;
-    command(QStringLiteral("mnuspis"))->trigger();
-    QCOMPARE(m_dialogs->callsOf(QStringLiteral("message")).value(0).text, QStringLiteral("Could not find your Browser"));
-    QCOMPARE(m_dialogs->urls.size(), opened + 2);
-    const QUrl url = m_dialogs->urls.last();
-    QCOMPARE(url.fragment(), QStringLiteral("Spis"));
-    QVERIFY(url.isLocalFile());
-    QFile page(url.toLocalFile());
-    QVERIFY2(page.open(QIODevice::ReadOnly), qPrintable(url.toLocalFile()));
-    QVERIFY(page.readAll().contains("id=\"Spis\""));
-}
-
-void TestMainWindow::quitAsksFirstAndRemembers()
-{
-    QVERIFY(toolbar()->isVisible());
-    command(QStringLiteral("mnutoolbar"))->trigger();
-    command(QStringLiteral("mnustatus"))->trigger();
-    QVERIFY(!toolbar()->isVisible());
-    QVERIFY(!m_window->statusBar()->isVisible());
-    m_window->setGeometry(40, 50, 900, 640);
-
-    m_dialogs->answers << false;
-    QVERIFY(!m_window->close());
-    QVERIFY(m_window->isVisible());
-    QVERIFY(isFirmOpen());
-    QCOMPARE(m_dialogs->calls.last().text, QStringLiteral("Zakończyć pracę?"));
-    QVERIFY(SettingsStore::loadGet(QStringLiteral("WinState")).isEmpty());
-
-    m_dialogs->answers << true;
-    QVERIFY(m_window->close());
-    QVERIFY(!isFirmOpen());
-    QCOMPARE(SettingsStore::loadGet(QStringLiteral("WinState")), QStringLiteral("0"));
-
-    // The next start puts the window back there, and keeps the toolbar and status bar
-    // off, also in the no-firm state.
-    m_window = std::make_unique<frmglowna>();
-    m_window->restorePlacement();
-    QCOMPARE(m_window->geometry(), QRect(40, 50, 900, 640));
-    m_window->show();
-    m_window->openStartFirm();
-    QVERIFY(!toolbar()->isVisible());
-    QVERIFY(!command(QStringLiteral("mnutoolbar"))->isChecked());
-    m_window->CloseDB();
-    QVERIFY(!toolbar()->isVisible());
-    QVERIFY(!m_window->statusBar()->isVisible());
 }
 
 QTEST_MAIN(TestMainWindow)

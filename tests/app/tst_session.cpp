@@ -1,33 +1,35 @@
 #include "TestEnv.h"
-#include "db/FirmDatabase.h"
+#include "TestFirm.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QFile>
 #include <QProcess>
 #include <QTest>
 
-#include <memory>
-
 #include <signal.h>
 
-// One running copy per session, on a private session bus: a second start hands its firm
-// to the running copy, an automation copy gives way to a desktop start.
+// The program as a user starts it, one running copy per session. On a private session bus
+// a second start hands its firm to the running copy and an automation copy gives way to a
+// desktop start; without a bus a lock file keeps the second copy out.
 class TestSession : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
     void cleanup();
+    void withoutBus();
     void secondStartHandsOver();
     void automationGivesWayToWindow();
 
 private:
-    QProcess *run(QProcess &p, const QStringList &args);
+    QProcess *run(QProcess &p, const QStringList &args, bool bus = true);
+    // Starts a copy that is to end by itself: its exit code, a blank and its standard error.
+    QString ended(const QStringList &args, bool bus = true);
     uint ownerPid();
     QString lastFirm() const;
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
+    TestEnv m_noBus; // a home of its own for the starts without a bus
     QString m_firms[3];
     QProcess m_first;
     QProcess m_other;
@@ -53,20 +55,18 @@ bool alive(uint pid)
 
 void TestSession::initTestCase()
 {
-    m_env = std::make_unique<TestEnv>();
     QVERIFY2(QDBusConnection::sessionBus().isConnected(), "run under dbus-run-session");
     qDBusRegisterMetaType<QMap<QString, QString>>();
     QMap<QString, QString> env;
-    const QProcessEnvironment pe = m_env->processEnvironment();
+    const QProcessEnvironment pe = m_env.processEnvironment();
     for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME", "QT_QPA_PLATFORM"})
         env.insert(QLatin1String(name), pe.value(QLatin1String(name)));
     env.insert(QStringLiteral("ZLECANKI_DIALOGS"), QStringLiteral("console"));
     QCOMPARE(busCall(QStringLiteral("UpdateActivationEnvironment"), {QVariant::fromValue(env)}).type(),
              QDBusMessage::ReplyMessage);
     for (int i = 0; i < 3; ++i) {
-        m_firms[i] = m_env->newPath(QStringLiteral("firma%1.zlc").arg(i));
-        QString error;
-        QVERIFY2(FirmDatabase::create(m_firms[i], &error), qPrintable(error));
+        m_firms[i] = m_env.newPath(QStringLiteral("firma%1.zlc").arg(i));
+        QVERIFY(createFirm(m_firms[i]));
     }
 }
 
@@ -84,13 +84,51 @@ void TestSession::cleanup()
     m_started.clear();
 }
 
-QProcess *TestSession::run(QProcess &p, const QStringList &args)
+QProcess *TestSession::run(QProcess &p, const QStringList &args, bool bus)
 {
-    QProcessEnvironment env = m_env->processEnvironment();
+    QProcessEnvironment env = (bus ? m_env : m_noBus).processEnvironment();
     env.insert(QStringLiteral("ZLECANKI_DIALOGS"), QStringLiteral("console"));
+    if (!bus)
+        env.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=") + m_noBus.root() + QStringLiteral("/brak"));
     p.setProcessEnvironment(env);
     p.start(programPath(), args);
     return &p;
+}
+
+QString TestSession::ended(const QStringList &args, bool bus)
+{
+    if (!run(m_other, args, bus)->waitForFinished(20000))
+        return QStringLiteral("still running");
+    return QString::number(m_other.exitCode()) + QLatin1Char(' ') + QString::fromLocal8Bit(m_other.readAllStandardError());
+}
+
+void TestSession::withoutBus()
+{
+    // The first start creates the default firm; the copy holds its lock once the firm is open.
+    const QString lock = m_noBus.runtimeDir() + QStringLiteral("/zlecanki.lock");
+    QVERIFY(run(m_first, {}, false)->waitForStarted(10000));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_noBus.dataHome() + QStringLiteral("/Kontorian/bazy/standardowa.zlc")) &&
+                                 QFile::exists(lock),
+                             10000);
+    QTest::qWait(300);
+    QCOMPARE(m_first.state(), QProcess::Running);
+    QString out = ended({}, false);
+    QVERIFY2(out.startsWith(QStringLiteral("1 ")) && out.contains(QStringLiteral("Nie można uruchomić drugiej kopii programu")),
+             qPrintable(out));
+    QCOMPARE(m_first.state(), QProcess::Running);
+    // Automation lives on the session bus: without one it ends at once, saying why.
+    out = ended({QStringLiteral("--automation")}, false);
+    QVERIFY2(out.startsWith(QStringLiteral("1 ")) && out.contains(QStringLiteral("D-Bus")), qPrintable(out));
+    // A wrong option is refused before anything else.
+    out = ended({QStringLiteral("--dzis"), QStringLiteral("30-02-2026")}, false);
+    QVERIFY2(out.startsWith(QStringLiteral("2 ")) && out.contains(QStringLiteral("Nieprawidłowa data")), qPrintable(out));
+
+    // The first copy crashes, leaving its lock behind: the program starts again all the same.
+    ::kill(pid_t(m_first.processId()), SIGKILL);
+    QVERIFY(m_first.waitForFinished(5000));
+    QVERIFY(QFile::exists(lock));
+    out = ended({QStringLiteral("--zamknij-po-starcie")}, false);
+    QVERIFY2(out.startsWith(QStringLiteral("0 ")) && !out.contains(QStringLiteral("Zakończyć")), qPrintable(out));
 }
 
 uint TestSession::ownerPid()
@@ -101,7 +139,7 @@ uint TestSession::ownerPid()
 
 QString TestSession::lastFirm() const
 {
-    QFile f(m_env->configHome() + QStringLiteral("/Kontorian/Zlecanki.conf"));
+    QFile f(m_env.configHome() + QStringLiteral("/Kontorian/Zlecanki.conf"));
     return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
 }
 
@@ -112,27 +150,20 @@ void TestSession::secondStartHandsOver()
     QTRY_VERIFY_WITH_TIMEOUT(lastFirm().contains(QStringLiteral("firma0.zlc")), 10000);
 
     // The firm of a second start opens in the running copy; the second one ends quietly.
-    run(m_other, {m_firms[1]});
-    QVERIFY(m_other.waitForFinished(20000));
-    QCOMPARE(m_other.exitCode(), 0);
+    QVERIFY(ended({m_firms[1]}).startsWith(QStringLiteral("0 ")));
     QTRY_VERIFY_WITH_TIMEOUT(lastFirm().contains(QStringLiteral("firma1.zlc")), 10000);
 
     // Without a firm it is refused as before; an automation start leaves the calls to the window.
-    run(m_other, {});
-    QVERIFY(m_other.waitForFinished(20000));
-    QCOMPARE(m_other.exitCode(), 1);
-    QVERIFY(QString::fromLocal8Bit(m_other.readAllStandardError()).contains(QStringLiteral("Nie można uruchomić drugiej kopii programu")));
-    run(m_other, {QStringLiteral("--automation")});
-    QVERIFY(m_other.waitForFinished(20000));
-    QCOMPARE(m_other.exitCode(), 0);
+    const QString out = ended({});
+    QVERIFY2(out.startsWith(QStringLiteral("1 ")) && out.contains(QStringLiteral("Nie można uruchomić drugiej kopii programu")),
+             qPrintable(out));
+    QVERIFY(ended({QStringLiteral("--automation")}).startsWith(QStringLiteral("0 ")));
     QCOMPARE(ownerPid(), uint(m_first.processId()));
 
     // A crashed copy leaves nothing behind: the bus frees its name.
     m_first.kill();
     QVERIFY(m_first.waitForFinished(5000));
-    run(m_other, {QStringLiteral("--zamknij-po-starcie")});
-    QVERIFY(m_other.waitForFinished(20000));
-    QCOMPARE(m_other.exitCode(), 0);
+    QVERIFY(ended({QStringLiteral("--zamknij-po-starcie")}).startsWith(QStringLiteral("0 ")));
 }
 
 void TestSession::automationGivesWayToWindow()

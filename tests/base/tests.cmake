@@ -1,2 +1,1 @@
-zlecanki_test(tst_sharedtypes base/tst_sharedtypes.cpp)
-zlecanki_test(tst_settings base/tst_settings.cpp)
+zlecanki_test(tst_base base/tst_base.cpp)

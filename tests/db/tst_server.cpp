@@ -12,6 +12,7 @@
 #include "documents/ScheduledPayments.h"
 
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTest>
@@ -82,6 +83,7 @@ private Q_SLOTS:
     void oldestLayoutUpgraded();
     void sameAnswersOnBoth_data();
     void sameAnswersOnBoth();
+    void otherWorkstationFollowed();
     void foreignObjectsRefused();
     void lostConnectionSavesNothingAndReconnects();
 
@@ -238,6 +240,27 @@ void TestServer::sameAnswersOnBoth()
     QCOMPARE(ScheduledPayments::claimIssue(db, p.nazwa, 5, &error), std::optional<bool>(false));
 }
 
+void TestServer::otherWorkstationFollowed()
+{
+    const QString location = serverFirm(QStringLiteral("srv_shared"));
+    QString error;
+    QVERIFY2(FirmDatabase::create(location, &error), qPrintable(error));
+    QVERIFY(OpenDb(location));
+    QSignalSpy changed(&FirmEvents::instance(), &FirmEvents::changedElsewhere);
+    // Another workstation: a connection of its own saves a document paid from account 1.
+    QSqlDatabase other = openRaw(location, QStringLiteral("b"));
+    PaymentDocument doc = sampleDocument(1);
+    doc.banknr = 1;
+    QVERIFY2(DocumentStore::insert(other, doc, &error), qPrintable(error));
+    QTRY_VERIFY(changed.count() > 0);
+    QCOMPARE(Accounts::list()[0].balance, Money::fromGrosze(-123450));
+    // This workstation's own saves are not announced back to it.
+    changed.clear();
+    QVERIFY(DocumentStore::insert(Db(), doc, &error));
+    QTest::qWait(300);
+    QCOMPARE(changed.count(), 0);
+}
+
 void TestServer::foreignObjectsRefused()
 {
     QString error;
@@ -271,10 +294,10 @@ void TestServer::lostConnectionSavesNothingAndReconnects()
     // before its balance charge.
     PaymentDocument doc = sampleDocument(1);
     doc.banknr = 1;
-    const auto cut = [this](QSqlDatabase &, qint32, QString *) {
+    const QString backend = queryRows(db, QStringLiteral("SELECT pg_backend_pid()"));
+    const auto cut = [this, backend](QSqlDatabase &, qint32, QString *) {
         QSqlQuery kill(admin());
-        kill.exec(QStringLiteral("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE application_name = "
-                                 "'zlecanki' AND pid <> pg_backend_pid() AND query NOT LIKE '%pg_terminate_backend%'"));
+        kill.exec(QStringLiteral("SELECT pg_terminate_backend(") + backend + QLatin1Char(')'));
         return true;
     };
     QVERIFY(!DocumentStore::insert(db, doc, &error, cut));

@@ -1,24 +1,24 @@
-#include "documents/Firm.h"
+#include "AppState.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
-#include "db/FirmDatabase.h"
+#include "documents/BrowseQuery.h"
+#include "documents/Firm.h"
 #include "documents/Accounts.h"
 #include "documents/ChoiceLists.h"
 #include "documents/ContractorStore.h"
 #include "documents/DocumentKinds.h"
-#include "documents/DocumentStore.h"
 #include "documents/EntryRules.h"
-#include "documents/FirmData.h"
+#include "documents/ScheduledPayments.h"
 
+#include <QHash>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTest>
 
 #include <cstdio>
-
-#include <memory>
 
 namespace {
 
@@ -37,12 +37,55 @@ Money storedBalance(int n)
     return Money::fromUnits(stored(QStringLiteral("SELECT STAN_KONTA%1 FROM firma").arg(n)).toLongLong());
 }
 
+// A payment due on `payDay` in the months given, alarmed from `alarmDay`.
+ScheduledPayment payment(const QString &name, std::initializer_list<int> months, int alarmDay, int payDay)
+{
+    ScheduledPayment p;
+    p.nazwa = name;
+    for (int m : months)
+        p.months[size_t(m - 1)] = true;
+    p.dzienAlarmu = alarmDay;
+    p.dzienPlatnosci = payDay;
+    p.rodzaj = DocumentKinds::PrzelewBankowy;
+    return p;
+}
+
+QStringList dueLines(const QDate &today)
+{
+    const QList<DuePayment> due = ScheduledPayments::due(Db(), today).value();
+    QStringList lines;
+    for (const DuePayment &p : due)
+        lines << ScheduledPayments::alarmLine(p);
+    return lines;
+}
+
+struct Stored {
+    int kind;
+    const char *date; // ISO
+    const char *recipient;
+    const char *bank;
+};
+
+// Dates around the edges of March 2024, March of other years and other months.
+const Stored Documents[] = {
+    {1, "2024-02-29", "Alfa", "PKO BP"}, {2, "2024-03-01", "Beta", "PKO BP"},
+    {5, "2024-03-15", "Alfa", "mBank"},  {6, "2024-03-31", "Beta", "mBank"},
+    {1, "2024-04-01", "Alfa", "PKO BP"}, {3, "2023-03-10", "Beta", "PKO BP"},
+    {4, "2025-12-31", "Alfa", "mBank"},
+};
+
+QDate day(const char *iso)
+{
+    return QDate::fromString(QLatin1String(iso), Qt::ISODate);
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Browse::Filter)
 
 class TestDocuments : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup() { CloseDb(); }
 
@@ -51,24 +94,27 @@ private Q_SLOTS:
     void balanceRules();
     void blocksStoredWhateverTheKind_data();
     void blocksStoredWhateverTheKind();
-    void chargeAccount();
-    void failedSaveChangesNothing();
+    void balancesGuarded();
     void recipientJoinsDictionaryOnce();
     void contractorSearch_data();
     void contractorSearch();
     void offeredAccounts_data();
     void offeredAccounts();
+    void browseFilters_data();
+    void browseFilters();
+    void dueCheck_data();
+    void dueCheck();
+    void dueInOrderRenamedAndTold();
     void twoWritersLoseNothing();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
-    int m_files = 0;
+    TestEnv m_env;
 };
 
 void TestDocuments::init()
 {
     RecordingDialogs quiet;
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files))));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma.zlc"))));
 }
 
 void TestDocuments::yearListsGrowAtTheEnd()
@@ -182,7 +228,7 @@ void TestDocuments::blocksStoredWhateverTheKind()
              zusType ? QStringLiteral("A") : QStringLiteral("S"));
 }
 
-void TestDocuments::chargeAccount()
+void TestDocuments::balancesGuarded()
 {
     // A firm without its row yet: a number outside 1..40 is refused and adds nothing.
     QVERIFY(!FirmStore::read(Db()));
@@ -199,13 +245,11 @@ void TestDocuments::chargeAccount()
     QCOMPARE(count("firma"), 1);
     QCOMPARE(storedBalance(3).kwota() + QLatin1Char('|') + storedBalance(40).kwota(), QStringLiteral("-150,00|0,01"));
     QCOMPARE(Accounts::account(3)->balance, storedBalance(3));
-}
 
-void TestDocuments::failedSaveChangesNothing()
-{
+    // A document the store refuses changes nothing.
     FirmData firm;
     firm.accounts[0].balance = zl("100");
-    QVERIFY(FirmStore::save(Db(), firm, {}));
+    QVERIFY(FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set()));
     PaymentDocument doc = PaymentDocument::newDocument(DocumentKinds::PrzelewBankowy, QDate(2025, 1, 2));
     doc.klientNazwa = QStringLiteral("Nowy odbiorca");
     doc.zaDokumentNazwa = QString(151, QLatin1Char('x'));
@@ -314,6 +358,141 @@ void TestDocuments::offeredAccounts()
     QCOMPARE(EntryRules::offeredAccounts(accounts, keep), offered);
 }
 
+void TestDocuments::browseFilters_data()
+{
+    QTest::addColumn<Browse::Filter>("filter");
+    QTest::addColumn<QString>("contractor"); // by name; empty for every contractor
+    QTest::addColumn<QString>("dates");      // the dates listed, in date order
+
+    auto days = [](const char *first, const char *last) {
+        Browse::Filter f;
+        f.period = Browse::Period::Days;
+        f.first = day(first);
+        f.last = day(last);
+        return f;
+    };
+    auto year = [](int y, int kind = 0, std::optional<QString> bank = std::nullopt) {
+        Browse::Filter f;
+        f.year = y;
+        f.kind = kind;
+        f.bankName = std::move(bank);
+        return f;
+    };
+    auto month = [](int m, std::optional<QString> bank = std::nullopt) {
+        Browse::Filter f;
+        f.period = Browse::Period::Month;
+        f.month = m;
+        f.bankName = std::move(bank);
+        return f;
+    };
+    QTest::newRow("reversed days find nothing") << days("2024-03-31", "2024-03-01") << "" << "";
+    QTest::newRow("a year, leap day included")
+        << year(2024) << "" << "2024-02-29 2024-03-01 2024-03-15 2024-03-31 2024-04-01";
+    QTest::newRow("kind by its position") << year(2024, 1) << "" << "2024-02-29 2024-04-01";
+    QTest::newRow("contractor") << year(2024) << "Alfa" << "2024-02-29 2024-03-15 2024-04-01";
+    QTest::newRow("account by bank name") << year(2024, 0, QStringLiteral("mBank")) << "" << "2024-03-15 2024-03-31";
+    QTest::newRow("month, contractor and account together")
+        << month(3, QStringLiteral("PKO BP")) << "Beta" << "2023-03-10 2024-03-01";
+    QTest::newRow("a quote in the bank name is only text")
+        << year(2024, 0, QStringLiteral("x' OR '1'='1")) << "" << "";
+}
+
+void TestDocuments::browseFilters()
+{
+    QFETCH(Browse::Filter, filter);
+    QFETCH(QString, contractor);
+    QFETCH(QString, dates);
+    QHash<QString, qint32> contractors;
+    for (const Stored &s : Documents) {
+        PaymentDocument doc = sampleDocument(s.kind, day(s.date));
+        doc.klientNazwa = QLatin1String(s.recipient);
+        doc.bankFirmy = QLatin1String(s.bank);
+        QVERIFY(DocumentStore::insert(Db(), doc));
+        contractors.insert(doc.klientNazwa, doc.klientId);
+    }
+    if (!contractor.isEmpty())
+        filter.contractorId = contractors.value(contractor);
+    Browse::Model model;
+    QString error;
+    QVERIFY2(model.refresh(Db(), filter, &error), qPrintable(error));
+    while (model.canFetchMore())
+        model.fetchMore();
+    QStringList listed;
+    for (int row = 0; row < model.rowCount(); ++row)
+        listed << model.record(row).value(QStringLiteral("data_dokumentu")).toString();
+    listed.sort();
+    QCOMPARE(listed.join(QLatin1Char(' ')), dates);
+}
+
+void TestDocuments::dueCheck_data()
+{
+    QTest::addColumn<QDate>("today");
+    QTest::addColumn<int>("alarmDay");
+    QTest::addColumn<int>("payDay");
+    QTest::addColumn<int>("issuedIn"); // 0: never issued from the alarm
+    QTest::addColumn<bool>("listed");
+
+    const QDate march5(2026, 3, 5);
+    QTest::newRow("alarm day reached") << march5 << 5 << 10 << 2 << true;
+    QTest::newRow("alarm day tomorrow") << march5 << 6 << 10 << 2 << false;
+    QTest::newRow("issued in March of a past year") << QDate(2027, 3, 5) << 1 << 10 << 3 << false;
+    QTest::newRow("alarm after payment day, before it") << QDate(2026, 3, 19) << 20 << 10 << 0 << false;
+    QTest::newRow("alarm after payment day, on it") << QDate(2026, 3, 20) << 20 << 10 << 0 << true;
+    QTest::newRow("month not flagged") << QDate(2026, 5, 20) << 1 << 10 << 0 << false;
+}
+
+void TestDocuments::dueCheck()
+{
+    QFETCH(QDate, today);
+    QFETCH(int, alarmDay);
+    QFETCH(int, payDay);
+    QFETCH(int, issuedIn);
+    QFETCH(bool, listed);
+
+    const ScheduledPayment p = payment(QStringLiteral("Czynsz"), {3, 4}, alarmDay, payDay);
+    QCOMPARE(ScheduledPayments::insert(Db(), p), ScheduledPayments::SaveResult::Saved);
+    if (issuedIn != 0)
+        QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, issuedIn));
+
+    const QStringList expected = listed ? QStringList{QString::number(payDay) + QStringLiteral(" - Czynsz")} : QStringList{};
+    QCOMPARE(dueLines(today), expected);
+}
+
+void TestDocuments::dueInOrderRenamedAndTold()
+{
+    for (const auto &[name, day] : {std::pair{"Woda", 25}, std::pair{"ZUS", 15}, std::pair{"Prąd", 5}})
+        QCOMPARE(ScheduledPayments::insert(Db(), payment(QString::fromUtf8(name), {3}, 1, day)),
+                 ScheduledPayments::SaveResult::Saved);
+    QCOMPARE(dueLines(QDate(2026, 3, 5)), (QStringList{QStringLiteral("5 - Prąd"), QStringLiteral("15 - ZUS"), QStringLiteral("25 - Woda")}));
+
+    // A rename onto a name in use is refused; otherwise the month issued stays with the payment.
+    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), payment(QStringLiteral("ZUS"), {2}, 2, 2)),
+             ScheduledPayments::SaveResult::Duplicate);
+    QVERIFY(ScheduledPayments::markIssued(Db(), QStringLiteral("Woda"), 3));
+    ScheduledPayment renamed = *ScheduledPayments::read(Db(), QStringLiteral("Woda"));
+    renamed.nazwa = QStringLiteral("Woda lokal");
+    renamed.wartosc = Money::fromZlote(900);
+    QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), renamed), ScheduledPayments::SaveResult::Saved);
+    const auto back = ScheduledPayments::read(Db(), renamed.nazwa);
+    QVERIFY(back.has_value());
+    QCOMPARE(back->lastWystAWM, 3);
+    QCOMPARE(back->wartosc, Money::fromZlote(900));
+    QCOMPARE(ScheduledPayments::names(Db()).value(), (QStringList{QStringLiteral("Prąd"), QStringLiteral("Woda lokal"), QStringLiteral("ZUS")}));
+
+    // Opening the firm tells of the payments due.
+    const QString path = firmFile();
+    CloseDb();
+
+    RecordingDialogs quiet;
+    const auto previous = appState().todayForRun;
+    appState().todayForRun = QDate(2026, 3, 5);
+    QSignalSpy spy(&FirmEvents::instance(), &FirmEvents::paymentsDue);
+    const bool opened = OpenDb(path);
+    appState().todayForRun = previous;
+    QVERIFY(opened);
+    QCOMPARE(spy.count(), 1);
+}
+
 void TestDocuments::twoWritersLoseNothing()
 {
     const QString path = firmFile();
@@ -321,7 +500,7 @@ void TestDocuments::twoWritersLoseNothing()
     QList<QProcess *> writers;
     for (const char *tag : {"A", "B"}) {
         auto *p = new QProcess(this);
-        p->setProcessEnvironment(m_env->processEnvironment());
+        p->setProcessEnvironment(m_env.processEnvironment());
         p->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--pisz"), path, QLatin1String(tag)});
         writers << p;
     }

@@ -1,28 +1,20 @@
 #include "AppState.h"
-#include "documents/Firm.h"
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
-#include "documents/Accounts.h"
 #include "documents/ContractorStore.h"
+#include "documents/Firm.h"
 #include "documents/ui/frmKontrahenci.h"
 #include "documents/ui/frmprzelew.h"
-#include "documents/FirmData.h"
 #include "exchange/Elixir.h"
-#include "print/PrintEngine.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSqlQuery>
 #include <QTest>
-
-#include <memory>
 
 namespace {
 
@@ -51,12 +43,18 @@ std::unique_ptr<frmprzelew> filledWindow(int kind, const char *name = "Hurtownia
     return w;
 }
 
+qint32 issued(int kind)
+{
+    auto w = filledWindow(kind);
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    return w->currentId();
+}
+
 } // namespace
 
 class TestFrmPrzelew : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup();
 
@@ -64,21 +62,17 @@ private Q_SLOTS:
     void issueEachKind();
     void correction_data();
     void correction();
-    void accountsFollowFirmData();
-    void printRouteOfWindow_data();
-    void printRouteOfWindow();
     void slipAidsWhileTyping();
     void refusedSave_data();
     void refusedSave();
-    void contractorChosen();
     void zusAndTaxAccounts_data();
     void zusAndTaxAccounts();
 
 private:
-    qint32 issued(int kind);
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     QString m_pdf;
+    QStringList m_jobs; // every slip printed
     int m_files = 0;
 };
 
@@ -89,12 +83,13 @@ void TestFrmPrzelew::init()
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1111"), Money()};
     firm.accounts[2] = {QStringLiteral("mBank"), QStringLiteral("33 3333"), Money::fromZlote(5000)};
     // Each firm in a folder of its own, as is its bank file.
-    const QString folder = m_env->newPath(QStringLiteral("dok%1").arg(++m_files));
+    const QString folder = m_env.newPath(QStringLiteral("dok%1").arg(++m_files));
     QVERIFY(QDir().mkpath(folder));
     QVERIFY(openNewFirm(folder + QStringLiteral("/dok.zlc"), firm));
     appState().eliksir = 0;
-    m_pdf = m_env->newPath(QStringLiteral("slip%1.pdf").arg(m_files));
-    printToPdf(m_pdf);
+    m_pdf = m_env.newPath(QStringLiteral("slip%1.pdf").arg(m_files));
+    m_jobs.clear();
+    printToPdf(m_pdf, &m_jobs);
     m_dialogs->clear();
 }
 
@@ -104,34 +99,27 @@ void TestFrmPrzelew::cleanup()
     m_dialogs.reset();
 }
 
-qint32 TestFrmPrzelew::issued(int kind)
-{
-    auto w = filledWindow(kind);
-    click(w.get(), QStringLiteral("cmdwystaw"));
-    return w->currentId();
-}
-
 void TestFrmPrzelew::issueEachKind_data()
 {
     QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("flags"); // ZUS_CzyZus|POD_CzyPodatki
     QTest::addColumn<QString>("printed"); // a word of the slip
     QTest::addColumn<bool>("amountPrinted"); // the answer to "Czy drukowac kwotę?"
-    QTest::newRow("transfer") << 1 << "0|0" << "Gęśla" << true;
-    QTest::newRow("transfer, amount left out") << 1 << "0|0" << "Gęśla" << false;
-    QTest::newRow("deposit") << 2 << "0|0" << "Gęśla" << true;
-    QTest::newRow("postal to account") << 3 << "0|0" << "Gęśla" << true;
-    QTest::newRow("named postal") << 4 << "0|0" << "Gęśla" << true;
-    QTest::newRow("ZUS") << 5 << "1|0" << "Społecznych" << true;
-    QTest::newRow("tax") << 6 << "0|1" << "VAT-7" << true;
+    QTest::addColumn<QString>("job");
+    QTest::newRow("transfer") << 1 << "Gęśla" << true << "dprzelew landscape";
+    QTest::newRow("transfer, amount left out") << 1 << "Gęśla" << false << "dprzelew landscape";
+    QTest::newRow("deposit") << 2 << "Gęśla" << true << "dprzelew portrait";
+    QTest::newRow("postal to account") << 3 << "Gęśla" << true << "dprzelew landscape";
+    QTest::newRow("named postal") << 4 << "Gęśla" << true << "dprzelew portrait";
+    QTest::newRow("ZUS") << 5 << "Społecznych" << true << "dprzelewZus portrait";
+    QTest::newRow("tax") << 6 << "VAT-7" << true << "dprzelew landscape";
 }
 
 void TestFrmPrzelew::issueEachKind()
 {
     QFETCH(int, kind);
-    QFETCH(QString, flags);
     QFETCH(QString, printed);
     QFETCH(bool, amountPrinted);
+    QFETCH(QString, job);
     m_dialogs->answers = {amountPrinted};
     auto w = filledWindow(kind);
     QCOMPARE(child<QLabel>(w.get(), QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 3333"));
@@ -139,12 +127,11 @@ void TestFrmPrzelew::issueEachKind()
 
     QCOMPARE(m_dialogs->callsOf(QStringLiteral("question")).value(0).text, QStringLiteral("Czy drukowac kwotę?"));
     QVERIFY(!m_dialogs->saw(QStringLiteral("nie może")) && !m_dialogs->saw(QStringLiteral("Przechwycony")));
-    QVERIFY(w->currentId() > 0);
+    QCOMPARE(m_jobs, QStringList{job + QLatin1Char(' ') + QString::number(w->currentId())});
     const QString where = QStringLiteral(" FROM zlecanki WHERE id=") + QString::number(w->currentId());
     QCOMPARE(stored(QStringLiteral("SELECT rodzaj || '|' || banknr || '|' || bank_firmy || '|' || konto_firmy || '|' || "
                                    "wartosc || '|' || data_dokumentu") + where),
              QStringLiteral("%1|3|mBank|33 3333|12345000|2026-03-05").arg(kind));
-    QCOMPARE(stored(QStringLiteral("SELECT ZUS_CzyZus || '|' || POD_CzyPodatki") + where), flags);
     if (kind == 5)
         QCOMPARE(stored(QStringLiteral("SELECT ZUS_TypWplaty || '|' || ZUS_NrDeklaracji") + where), QStringLiteral("6|01"));
     if (kind == 6)
@@ -173,9 +160,10 @@ void TestFrmPrzelew::correction_data()
     QTest::addColumn<QString>("amount"); // empty: left as it is
     QTest::addColumn<bool>("moved");     // paid from "PKO BP" instead
     QTest::addColumn<QString>("balance");
-    QTest::newRow("tax raised") << 6 << "2000" << false << "30000000";
-    // The account paid from before keeps its charge; the user is told so first.
-    QTest::newRow("moved to another account") << 1 << "" << true << "37655000";
+    QTest::addColumn<QString>("job");
+    QTest::newRow("tax raised") << 6 << "2000" << false << "30000000" << "dprzelew landscape";
+    // Moved: the account paid from before keeps its charge; the user is told so first.
+    QTest::newRow("ZUS moved to another account") << 5 << "" << true << "37655000" << "dprzelewZus portrait";
 }
 
 void TestFrmPrzelew::correction()
@@ -184,98 +172,60 @@ void TestFrmPrzelew::correction()
     QFETCH(QString, amount);
     QFETCH(bool, moved);
     QFETCH(QString, balance);
+    QFETCH(QString, job);
     const qint32 id = issued(kind);
     frmprzelew w(1, qint16(kind), id);
-    const QString amountField = kind == 5 ? "txtWartoscZus" : kind == 6 ? "txtWartoscPod" : "txtwartosc";
-    QCOMPARE(child<QLineEdit>(&w, amountField)->text(), QStringLiteral("1 234,50"));
-    if (!amount.isEmpty())
-        child<QLineEdit>(&w, amountField)->setText(amount);
-    if (moved)
-        child<QComboBox>(&w, QStringLiteral("lstbank"))->setCurrentIndex(0);
-    m_dialogs->clear();
-    click(&w, QStringLiteral("cmdwystaw"));
-    QCOMPARE(w.currentId(), id);
-    QCOMPARE(balance3(), balance);
-    QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(banknr) FROM zlecanki")),
-             QStringLiteral("1|%1").arg(moved ? 1 : 3));
-    QCOMPARE(m_dialogs->saw(QStringLiteral("Stan konta mBank nie zostanie przywrócony")), moved);
-}
-
-void TestFrmPrzelew::accountsFollowFirmData()
-{
-    const qint32 id = issued(1);
-    frmprzelew correction(1, 1, id);
     auto fresh = filledWindow(1);
+    const auto shown = [](QWidget *window) -> QString {
+        return child<QComboBox>(window, QStringLiteral("lstbank"))->currentText() + QLatin1Char('|') +
+               child<QLabel>(window, QStringLiteral("lblbankkonto"))->text();
+    };
+    // The firm's accounts renamed meanwhile: an open new document offers them as saved, its
+    // choice kept; a correction keeps the account it was printed with until another is chosen.
     FirmData firm = FirmStore::read(Db()).value();
     firm.accounts[1] = {QStringLiteral("ING"), QStringLiteral("22 2222"), Money()};
     firm.accounts[2] = {QStringLiteral("mBank Nowy"), QStringLiteral("33 9999"), Money()};
     QVERIFY(FirmStore::save(Db(), firm, {}));
+    QCOMPARE(child<QComboBox>(fresh.get(), QStringLiteral("lstbank"))->count(), 3);
+    QCOMPARE(shown(fresh.get()), QStringLiteral("mBank Nowy|33 9999"));
+    QCOMPARE(shown(&w), QStringLiteral("mBank|33 3333"));
 
-    // An open new document offers the accounts as saved, its choice kept.
-    auto *list = child<QComboBox>(fresh.get(), QStringLiteral("lstbank"));
-    QCOMPARE(list->count(), 3);
-    QCOMPARE(list->currentText(), QStringLiteral("mBank Nowy"));
-    QCOMPARE(child<QLabel>(fresh.get(), QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 9999"));
+    const QString amountField = kind == 5 ? "txtWartoscZus" : kind == 6 ? "txtWartoscPod" : "txtwartosc";
+    QCOMPARE(child<QLineEdit>(&w, amountField)->text(), QStringLiteral("1 234,50"));
+    if (!amount.isEmpty())
+        child<QLineEdit>(&w, amountField)->setText(amount);
+    auto *account = child<QComboBox>(&w, QStringLiteral("lstbank"));
+    if (moved) {
+        account->setCurrentIndex(0);
+    } else { // the same account chosen again: bank and number come from one entry
+        account->setFocus();
+        QTest::keyClick(account, Qt::Key_Up);
+        QTest::keyClick(account, Qt::Key_Down);
+    }
+    m_dialogs->clear();
+    m_jobs.clear();
+    click(&w, QStringLiteral("cmdwystaw"));
+    QCOMPARE(w.currentId(), id);
+    QCOMPARE(balance3(), balance);
+    const QString state = QStringLiteral("SELECT count(*) || '|' || bank_firmy || '|' || konto_firmy || '|' || "
+                                         "data_sesji FROM zlecanki");
+    QVERIFY(stored(state).startsWith(moved ? QStringLiteral("1|PKO BP|11 1111|") : QStringLiteral("1|mBank Nowy|33 9999|")));
+    QCOMPARE(m_dialogs->saw(QStringLiteral("Stan konta mBank nie zostanie przywrócony")), moved);
 
-    // A correction keeps the account it was printed with until another is chosen; then
-    // bank and number come from one entry, also when the same account is chosen again.
-    auto *account = child<QComboBox>(&correction, QStringLiteral("lstbank"));
-    QCOMPARE(account->currentText(), QStringLiteral("mBank"));
-    QCOMPARE(child<QLabel>(&correction, QStringLiteral("lblbankkonto"))->text(), QStringLiteral("33 3333"));
-    account->setFocus();
-    QTest::keyClick(account, Qt::Key_Up);
-    QTest::keyClick(account, Qt::Key_Down);
-    click(&correction, QStringLiteral("cmdwystaw"));
-    QCOMPARE(stored(QStringLiteral("SELECT bank_firmy || '|' || konto_firmy FROM zlecanki WHERE id=") +
-                      QString::number(id)),
-             QStringLiteral("mBank Nowy|33 9999"));
+    // Viewed, it prints on the general slip and changes nothing.
+    const QString before = stored(state) + balance3();
+    frmprzelew viewed(2, qint16(kind), id);
+    QVERIFY(child<QLineEdit>(&viewed, QStringLiteral("txtnazwa"))->isReadOnly());
+    click(&viewed, QStringLiteral("cmdwystaw"));
+    const QString number = QLatin1Char(' ') + QString::number(id);
+    QCOMPARE(m_jobs, (QStringList{job + number, QStringLiteral("dprzelew portrait") + number}));
+    QCOMPARE(stored(state) + balance3(), before);
 
     // The recipient is the contractor already known, whatever the letter case and blanks.
     fill(fresh.get(), {{"txtnazwa", "  HURTOWNIA GĘŚLA "}});
     click(fresh.get(), QStringLiteral("cmdwystaw"));
     QVERIFY(fresh->currentId() > id);
     QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM kontrahenci")), QStringLiteral("1"));
-}
-
-void TestFrmPrzelew::printRouteOfWindow_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("job");
-    QTest::newRow("ZUS issued") << 0 << 5 << "dprzelewZus portrait";
-    QTest::newRow("ZUS viewed") << 2 << 5 << "dprzelew portrait";
-    QTest::newRow("tax corrected") << 1 << 6 << "dprzelew landscape";
-}
-
-void TestFrmPrzelew::printRouteOfWindow()
-{
-    QFETCH(int, mode);
-    QFETCH(int, kind);
-    QFETCH(QString, job);
-    QStringList jobs;
-    for (const QString &word : {QStringLiteral("dprzelew"), QStringLiteral("dprzelewZus")})
-        PrintEngine::instance().setDriver(word, [word, &jobs](PrintEngine &e) {
-            jobs << word + (e.job().orientation == QPageLayout::Landscape ? QStringLiteral(" landscape")
-                                                                          : QStringLiteral(" portrait")) +
-                        QLatin1Char(' ') + e.job().parameter.toString();
-            e.DrukTekst(QStringLiteral("x"), 0, 0);
-        });
-    std::unique_ptr<frmprzelew> w;
-    qint32 id = 0;
-    if (mode == 0) {
-        w = filledWindow(kind);
-    } else {
-        id = issued(kind);
-        jobs.clear();
-        w = std::make_unique<frmprzelew>(qint16(mode), qint16(kind), id);
-    }
-    const QString before = stored(QStringLiteral("SELECT count(*) || '|' || max(data_sesji) FROM zlecanki")) + balance3();
-    if (mode == 2)
-        QVERIFY(child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"))->isReadOnly());
-    click(w.get(), QStringLiteral("cmdwystaw"));
-    QCOMPARE(jobs, QStringList{job + QLatin1Char(' ') + QString::number(w->currentId())});
-    if (mode == 2)
-        QCOMPARE(stored(QStringLiteral("SELECT count(*) || '|' || max(data_sesji) FROM zlecanki")) + balance3(), before);
 }
 
 void TestFrmPrzelew::refusedSave_data()
@@ -385,38 +335,29 @@ void TestFrmPrzelew::slipAidsWhileTyping()
     QTest::keyClick(kod, Qt::Key_Return);
     QVERIFY(m_dialogs->saw(QStringLiteral("'123456' nie jest kodem pocztowym.")));
 
+    // A contractor chosen from the dictionary, opened with F2 or the search button.
+    const qint32 mlyn = *ContractorStore::insert(
+        Db(), Contractor{0, QStringLiteral("Młyn"), {}, QStringLiteral("Polna 2"), QStringLiteral("00-950"),
+                         QStringLiteral("Warszawa"), {}, QStringLiteral("Bank Młyna"), QStringLiteral("99 9999")});
+    auto *name = child<QLineEdit>(w.get(), QStringLiteral("txtnazwa"));
+    for (bool byKey : {true, false}) {
+        name->clear();
+        name->setFocus();
+        if (byKey)
+            QTest::keyClick(name, Qt::Key_F2);
+        else
+            click(w.get(), QStringLiteral("cmdSzukaj"));
+        auto *dictionary = shownWindow<frmKontrahenci>();
+        QVERIFY(dictionary && dictionary->showContractor(mlyn));
+        click(dictionary, QStringLiteral("cmdwybierz"));
+        QCOMPARE(name->text() + QLatin1Char('|') + child<QLineEdit>(w.get(), QStringLiteral("txtkod"))->text() +
+                     QLatin1Char('|') + account->text(),
+                 QStringLiteral("Młyn|00-950|99 9999"));
+    }
+
     auto zus = filledWindow(5);
     QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblTytulMiejsce"))->isVisible());
     QVERIFY(!child<QLabel>(zus.get(), QStringLiteral("lblKodQR"))->isVisible());
-}
-
-void TestFrmPrzelew::contractorChosen()
-{
-    const qint32 id = *ContractorStore::insert(
-        Db(), Contractor{0, QStringLiteral("Młyn"), {}, QStringLiteral("Polna 2"), QStringLiteral("00-950"),
-                         QStringLiteral("Warszawa"), {}, QStringLiteral("Bank Młyna"), QStringLiteral("99 9999")});
-    for (bool byKey : {true, false}) {
-        frmprzelew w(0, 1);
-        w.show();
-        QApplication::setActiveWindow(&w);
-        auto *name = child<QLineEdit>(&w, QStringLiteral("txtnazwa"));
-        if (byKey) {
-            name->setFocus();
-            QTest::keyClick(name, Qt::Key_F2);
-        } else {
-            click(&w, QStringLiteral("cmdSzukaj"));
-        }
-        frmKontrahenci *dictionary = nullptr;
-        for (QWidget *top : QApplication::topLevelWidgets())
-            if (auto *d = qobject_cast<frmKontrahenci *>(top); d && d->isVisible())
-                dictionary = d;
-        QVERIFY(dictionary);
-        QVERIFY(dictionary->showContractor(id));
-        click(dictionary, QStringLiteral("cmdwybierz"));
-        QCOMPARE(name->text(), QStringLiteral("Młyn"));
-        QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkod"))->text(), QStringLiteral("00-950"));
-        QCOMPARE(child<QLineEdit>(&w, QStringLiteral("txtkonto"))->text(), QStringLiteral("99 9999"));
-    }
 }
 
 void TestFrmPrzelew::zusAndTaxAccounts_data()

@@ -1,54 +1,52 @@
 #include "AppState.h"
-#include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
-#include "documents/FirmData.h"
+#include "documents/Firm.h"
 #include "documents/ScheduledPayments.h"
 #include "documents/ui/frmprzelew.h"
 #include "documents/ui/frmslzapl_term.h"
 #include "documents/ui/frmzap_term.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QTabWidget>
 #include <QTest>
 
-#include <memory>
-
 class TestScheduledWindows : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { m_env = std::make_unique<TestEnv>(); }
     void init();
     void cleanup() { CloseDb(); }
 
     void savingRefused_data();
     void savingRefused();
-    void savedPaymentIsDueAtOnce();
-    void issueFromAlarm();
-    void issueWhenTheAccountIsGone();
+    void savedPaymentIssuedFromAlarm();
 
 private:
-    std::unique_ptr<TestEnv> m_env;
-    int m_files = 0;
+    TestEnv m_env;
 };
 
 void TestScheduledWindows::init()
 {
     RecordingDialogs quiet;
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma%1.zlc").arg(++m_files)), sampleFirm()));
+    FirmData firm = sampleFirm();
+    firm.accounts[0] = BankAccount{QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"), {}};
+    firm.accounts[1] = BankAccount{QStringLiteral("mBank"), QStringLiteral("61 1090 1014 0000 0712 1981 2874"), {}};
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma.zlc")), firm));
     appState().today = QDate(2026, 3, 5);
     ScheduledPayment existing;
     existing.nazwa = QStringLiteral("Czynsz");
     existing.months[2] = true;
     existing.dzienAlarmu = 1;
     existing.dzienPlatnosci = 10;
+    existing.klientNazwa = QStringLiteral("Administracja");
+    existing.klientNip = QStringLiteral("6762000000");
+    existing.wartosc = Money::fromZlote(500);
+    existing.bankFirmy = QStringLiteral("Bank Zamknięty"); // no longer among the firm's accounts
     QCOMPARE(ScheduledPayments::insert(Db(), existing), ScheduledPayments::SaveResult::Saved);
 }
 
@@ -116,7 +114,7 @@ void TestScheduledWindows::savingRefused()
     }
 }
 
-void TestScheduledWindows::savedPaymentIsDueAtOnce()
+void TestScheduledWindows::savedPaymentIssuedFromAlarm()
 {
     RecordingDialogs dialogs;
     frmslzapl_term w;
@@ -129,6 +127,7 @@ void TestScheduledWindows::savedPaymentIsDueAtOnce()
     QTest::keyClicks(day, QStringLiteral("-7."));
     QCOMPARE(day->text(), QStringLiteral("7")); // digits only
     QTest::keyClicks(child<QLineEdit>(&w, QStringLiteral("txtalarm")), QStringLiteral("3"));
+    child<QComboBox>(&w, QStringLiteral("lstbank"))->setCurrentIndex(1); // mBank
     for (QCheckBox *box : w.findChildren<QCheckBox *>(QStringLiteral("chkmiesiac")))
         box->setChecked(box->property("Index").toInt() == 2); // March
     child<QTabWidget>(&w, QStringLiteral("zakladki"))->setCurrentIndex(1);
@@ -142,81 +141,46 @@ void TestScheduledWindows::savedPaymentIsDueAtOnce()
     // Stored as the window shows it.
     QCOMPARE(amount->text(), QStringLiteral("150,26"));
     QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Woda"))->wartosc, Money::fromGrosze(15026));
+
+    // Listed by the alarm at once; only a chosen line is issued.
     frmzap_term alarm;
-    const auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
+    QCOMPARE(alarm.issue(), nullptr);
+    QCOMPARE(dialogs.beeps, 1);
+    alarm.show();
+    QVERIFY(QTest::qWaitForWindowActive(&alarm));
+    auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
     QCOMPARE(list->count(), 2);
     QCOMPARE(list->item(0)->text(), QStringLiteral("7 - Woda"));
-}
-
-void TestScheduledWindows::issueFromAlarm()
-{
-    RecordingDialogs dialogs;
-    {
-        frmzap_term alarm;
-        QCOMPARE(alarm.issue(), nullptr);
-        QCOMPARE(dialogs.beeps, 1);
-        // The list taking the focus makes its first line current, not chosen.
-        alarm.show();
-        QVERIFY(QTest::qWaitForWindowActive(&alarm));
-        auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
-        list->setFocus(Qt::TabFocusReason);
-        QVERIFY(list->currentItem());
-        click(&alarm, QStringLiteral("cmdwystaw"));
-        QCOMPARE(dialogs.beeps, 2);
-        QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Czynsz"))->lastWystAWM, 0);
-    }
-    ScheduledPayment p = ScheduledPayments::read(Db(), QStringLiteral("Czynsz")).value();
-    p.nazwa = QStringLiteral("ZUS - marzec");
-    p.klientNazwa = QStringLiteral("Administracja");
-    p.klientNip = QStringLiteral("6762000000");
-    p.wartosc = Money::fromZlote(500);
-    QCOMPARE(ScheduledPayments::insert(Db(), p), ScheduledPayments::SaveResult::Saved);
-    frmzap_term alarm;
-    auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
-    const auto found = list->findItems(QStringLiteral("10 - ZUS - marzec"), Qt::MatchExactly);
-    QCOMPARE(found.size(), 1);
-    list->setCurrentItem(found.first());
+    // The list taking the focus makes its first line current, not chosen.
+    list->setFocus(Qt::TabFocusReason);
+    QVERIFY(list->currentItem());
+    click(&alarm, QStringLiteral("cmdwystaw"));
+    QCOMPARE(dialogs.beeps, 2);
+    QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Woda"))->lastWystAWM, 0);
+    list->setCurrentItem(list->findItems(QStringLiteral("10 - Czynsz"), Qt::MatchExactly).value(0));
     std::unique_ptr<frmprzelew> entry(alarm.issue());
     QVERIFY(entry);
     const PaymentDocument doc = entry->gather();
     QCOMPARE(doc.klientNazwa, QStringLiteral("Administracja"));
     QVERIFY(doc.klientNip.isEmpty());
     QCOMPARE(doc.wartosc, Money::fromZlote(500));
-    QCOMPARE(ScheduledPayments::read(Db(), p.nazwa)->lastWystAWM, 3);
-    QVERIFY(list->findItems(QStringLiteral("10 - ZUS - marzec"), Qt::MatchExactly).isEmpty());
-}
-
-void TestScheduledWindows::issueWhenTheAccountIsGone()
-{
-    FirmData firm = sampleFirm();
-    firm.accounts[0] = BankAccount{QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"), {}};
-    firm.accounts[1] = BankAccount{QStringLiteral("mBank"), QStringLiteral("61 1090 1014 0000 0712 1981 2874"), {}};
-    QVERIFY(FirmStore::save(Db(), firm, {}));
-    for (const char *bank : {"mBank", "Bank Zamknięty"}) {
-        ScheduledPayment p = ScheduledPayments::read(Db(), QStringLiteral("Czynsz")).value();
-        p.bankFirmy = QString::fromUtf8(bank);
-        QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Czynsz"), p), ScheduledPayments::SaveResult::Saved);
-        QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, 0)); // due again
-
-        RecordingDialogs dialogs;
-        frmzap_term alarm;
-        auto *list = child<QListWidget>(&alarm, QStringLiteral("lstzaplaty"));
-        list->setCurrentRow(0);
-        std::unique_ptr<frmprzelew> entry(alarm.issue());
-        QVERIFY(entry);
-        const auto *account = child<QComboBox>(entry.get(), QStringLiteral("lstbank"));
-        const QString number = child<QLabel>(entry.get(), QStringLiteral("lblbankkonto"))->text();
-        if (p.bankFirmy == QLatin1String("mBank")) {
-            QCOMPARE(account->currentText(), QStringLiteral("mBank"));
-            QCOMPARE(number, QStringLiteral("61 1090 1014 0000 0712 1981 2874"));
-            QVERIFY(dialogs.calls.isEmpty());
-        } else {
-            // Told, and left to be chosen rather than paid silently from another account.
-            QVERIFY(dialogs.saw(QStringLiteral("Bank Zamknięty")));
-            QCOMPARE(account->currentIndex(), -1);
-            QVERIFY(number.isEmpty());
-        }
-    }
+    QCOMPARE(ScheduledPayments::read(Db(), QStringLiteral("Czynsz"))->lastWystAWM, 3);
+    QCOMPARE(list->count(), 1);
+    const auto account = [&entry]() -> QString {
+        return child<QComboBox>(entry.get(), QStringLiteral("lstbank"))->currentText() + QLatin1Char('|') +
+               child<QLabel>(entry.get(), QStringLiteral("lblbankkonto"))->text();
+    };
+    // Its account gone: told, and left to be chosen rather than paid silently from another one.
+    QVERIFY(dialogs.saw(QStringLiteral("Bank Zamknięty")));
+    QCOMPARE(child<QComboBox>(entry.get(), QStringLiteral("lstbank"))->currentIndex(), -1);
+    QCOMPARE(account(), QStringLiteral("|"));
+    // A payment's account is found by its bank's name.
+    dialogs.clear();
+    list->setCurrentRow(0);
+    entry.reset(alarm.issue());
+    QVERIFY(entry);
+    QCOMPARE(account(), QStringLiteral("mBank|61 1090 1014 0000 0712 1981 2874"));
+    QVERIFY(dialogs.calls.isEmpty());
 }
 
 QTEST_MAIN(TestScheduledWindows)

@@ -1,12 +1,11 @@
-#include "documents/Firm.h"
 #include "PdfReader.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "TestWidgets.h"
+#include "documents/Firm.h"
 #include "documents/ui/frmZbiorowka.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QListWidget>
 #include <QTest>
@@ -17,24 +16,21 @@ class TestZbiorowka : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void listOfTheDay_data();
-    void listOfTheDay();
     void editingTheList();
     void printedStatement();
 
 private:
     std::unique_ptr<frmZbiorowka> open(const QString &day, int accountIndex);
     QStringList lines(QWidget *w);
-    std::unique_ptr<TestEnv> m_env;
+    TestEnv m_env;
 };
 
 void TestZbiorowka::initTestCase()
 {
-    m_env = std::make_unique<TestEnv>();
     FirmData firm = sampleFirm();
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("12 1020 1026 0000 1234 5678 9012"), {}};
     firm.accounts[1] = {QStringLiteral("mBank"), QStringLiteral("45 1140 2004 0000 3002 0123 4567"), {}};
-    QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("zbiorowka.zlc")), firm));
+    QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("zbiorowka.zlc")), firm));
     const struct {
         int kind, account;
         QDate day;
@@ -72,38 +68,14 @@ QStringList TestZbiorowka::lines(QWidget *w)
     return out;
 }
 
-void TestZbiorowka::listOfTheDay_data()
-{
-    QTest::addColumn<QString>("day");
-    QTest::addColumn<int>("account");
-    QTest::addColumn<QStringList>("amounts");
-    QTest::addColumn<QString>("total");
-    // Only bank transfers of that account and day (the first account's list is the one edited below).
-    QTest::newRow("second account") << "5-3-2026" << 1 << QStringList{"77,00"} << "77,00";
-    QTest::newRow("only a deposit slip") << "09-03-2026" << 0 << QStringList{} << "0,00";
-}
-
-void TestZbiorowka::listOfTheDay()
-{
-    QFETCH(QString, day);
-    QFETCH(int, account);
-    QFETCH(QStringList, amounts);
-    QFETCH(QString, total);
-    RecordingDialogs d;
-    auto w = open(day, account);
-    QCOMPARE(lines(w.get()), amounts);
-    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), total);
-    if (amounts.isEmpty()) {
-        click(w.get(), QStringLiteral("cmdwystaw")); // nothing to print: a beep
-        QCOMPARE(d.beeps, 1);
-        QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
-    }
-}
-
 void TestZbiorowka::editingTheList()
 {
     RecordingDialogs d;
-    auto w = open(QStringLiteral("05-03-2026"), 0);
+    // Only bank transfers of that account and day.
+    auto w = open(QStringLiteral("5-3-2026"), 1);
+    QCOMPARE(lines(w.get()), QStringList{"77,00"});
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), QStringLiteral("77,00"));
+    child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(0);
     auto *list = child<QListWidget>(w.get(), QStringLiteral("lstkwoty"));
     click(w.get(), QStringLiteral("cmdzmien")); // nothing chosen
     QCOMPARE(d.beeps, 1);
@@ -135,14 +107,19 @@ void TestZbiorowka::editingTheList()
 void TestZbiorowka::printedStatement()
 {
     RecordingDialogs d;
-    const QString pdf = m_env->newPath(QStringLiteral("zbiorowka.pdf"));
+    const QString pdf = m_env.newPath(QStringLiteral("zbiorowka.pdf"));
     printToPdf(pdf);
-    auto w = open(QStringLiteral("05-03-2026"), 1);
-    QApplication::setActiveWindow(w.get());
-    QVERIFY(QTest::qWaitForWindowActive(w.get()));
+    // A day with only a deposit slip: nothing to print, a beep.
+    auto w = open(QStringLiteral("09-03-2026"), 0);
+    QCOMPARE(lines(w.get()), QStringList());
+    QCOMPARE(child<QLineEdit>(w.get(), QStringLiteral("txtrazem"))->text(), QStringLiteral("0,00"));
+    click(w.get(), QStringLiteral("cmdwystaw"));
+    QCOMPARE(d.beeps, 1);
+    QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
     // Another day typed and printed at once with Alt+W: the statement is of the day
     // typed, as if the field had been left.
-    child<QComboBox>(w.get(), QStringLiteral("lstbank"))->setCurrentIndex(0);
+    QApplication::setActiveWindow(w.get());
+    QVERIFY(QTest::qWaitForWindowActive(w.get()));
     auto *date = child<QLineEdit>(w.get(), QStringLiteral("txtData"));
     date->setFocus();
     date->selectAll();

@@ -10,6 +10,7 @@
 #include "SettingsStore.h"
 #include "db/FirmDatabase.h"
 #include "documents/PaymentTitles.h"
+#include "documents/ZusAccount.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -34,42 +35,21 @@ const QString PayeeAccount = QStringLiteral("PL57 1140 2004 0000 3002 0123 4567"
 const QString TaxAccount = QStringLiteral("16101000712222526104082800");
 const QString NrsAccount = QStringLiteral("44600000020260015261040828");
 
-// One Elixir-O line split into its fields: quoted ones lose their quotes, and a field
-// that was quoted is marked with a leading '"' kept in `quoted`.
-struct ElixirLine {
-    QStringList fields;
-    QList<bool> quoted;
-};
-
-ElixirLine readElixirLine(const QString &line)
+// One Elixir-O line split into its fields, each quoted one still in its quotes.
+QStringList elixirFields(const QString &line)
 {
-    ElixirLine out;
-    QString field;
-    bool inQuotes = false, wasQuoted = false;
+    QStringList out{QString()};
+    bool inQuotes = false;
     for (QChar c : line) {
-        if (c == QLatin1Char('"')) {
-            inQuotes = !inQuotes;
-            wasQuoted = true;
-        } else if (c == QLatin1Char(',') && !inQuotes) {
-            out.fields << field;
-            out.quoted << wasQuoted;
-            field.clear();
-            wasQuoted = false;
+        if (c == u',' && !inQuotes) {
+            out << QString();
         } else {
-            field += c;
+            out.last() += c;
+            inQuotes ^= c == u'"';
         }
     }
-    out.fields << field;
-    out.quoted << wasQuoted;
     return out;
 }
-
-int zusIndividualAccount()
-{
-    return int(ChoiceLists::zusAccounts().indexOf(QStringLiteral("Rachunek indywidualny (NRS)")));
-}
-
-const QString ZusName = QStringLiteral("Zakład Ubezpieczeń Społecznych");
 
 } // namespace
 
@@ -92,9 +72,7 @@ private Q_SLOTS:
     // The file of transfers written as each one is issued.
     void recordLine_data();
     void recordLine();
-    void polishLettersInWindows1250();
     void fileStep();
-    void senderLines();
 
 private:
     PaymentDocument stored(int kind, const std::function<void(PaymentDocument &)> &change = {});
@@ -192,7 +170,7 @@ void TestBankFile::elixirLines()
     QFETCH(QByteArray, payeeBytes);
     const PaymentDocument doc = stored(kind, [&](PaymentDocument &d) {
         d.zaDokumentNazwa = title;
-        d.zus.nrRachunku = qint16(kind == 5 ? zusIndividualAccount() : 0);
+        d.zus.nrRachunku = qint16(kind == 5 ? ZusAccount::Individual : 0);
         d.zus.miesiac = 9;
         d.zus.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::zusYears(), 2026));
         d.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), 2026));
@@ -207,32 +185,31 @@ void TestBankFile::elixirLines()
     const BankFile::Outcome out = BankFile::send(Db(), {doc.id}, o, m_path, false);
     QVERIFY2(out.written, qPrintable(out.problems.join(QLatin1Char('\n'))));
 
-    QFile f(m_path);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    const QByteArray bytes = f.readAll();
+    const QByteArray bytes = readFile(m_path);
     QVERIFY(bytes.endsWith("\r\n"));
     QCOMPARE(bytes.count('\n'), 1);
     QVERIFY(bytes.contains(payeeBytes));
     QStringDecoder dec(o.encoding == BankFile::Encoding::Cp852 ? "IBM852"
                        : o.encoding == BankFile::Encoding::Iso8859_2 ? "ISO-8859-2" : "windows-1250");
-    const ElixirLine line = readElixirLine(QString(dec.decode(bytes)).chopped(2));
-    QCOMPARE(line.fields.size(), 16);
-    const QList<bool> quoted = {false, false, false, false, false, true, true, true,
-                                true,  false, false, true,  true,  true,  true, true};
-    QCOMPARE(line.quoted, quoted);
-    QCOMPARE(line.fields.at(0), QStringLiteral("110"));
-    QCOMPARE(line.fields.at(1), QStringLiteral("20261123"));
-    QCOMPARE(line.fields.at(2), QStringLiteral("123450"));
-    QCOMPARE(line.fields.at(3), QStringLiteral("10202964"));
-    QCOMPARE(line.fields.at(5), BankFile::accountDigits(FirmAccount));
+    QStringList fields = elixirFields(QString(dec.decode(bytes)).chopped(2));
+    QList<bool> quoted;
+    for (QString &field : fields) {
+        quoted << field.startsWith(u'"');
+        field.remove(u'"');
+    }
+    QCOMPARE(fields.size(), 16);
+    QCOMPARE(quoted, QList<bool>({false, false, false, false, false, true, true, true, true, false, false, true, true,
+                                  true, true, true}));
+    QCOMPARE(fields.mid(0, 4), QStringList({"110", "20261123", "123450", "10202964"}));
+    QCOMPARE(fields.at(5), BankFile::accountDigits(FirmAccount));
     const QString payeeAccount = BankFile::accountDigits(kind == 5 ? NrsAccount : doc.klientKonto);
-    QCOMPARE(line.fields.at(6), payeeAccount);
-    QCOMPARE(line.fields.at(7), QStringLiteral("Zakład Ślusarski Żółć|Długa 5|90-001 Łódź"));
-    QCOMPARE(line.fields.at(8), kind == 5 ? ZusName : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
-    QCOMPARE(line.fields.at(10), payeeAccount.mid(2, 8));
-    QCOMPARE(line.fields.at(11), expectedTitle);
-    QCOMPARE(line.fields.at(14), classification);
-    for (const QString &part : line.fields.at(11).split(QLatin1Char('|')))
+    QCOMPARE(fields.at(6), payeeAccount);
+    QCOMPARE(fields.at(7), QStringLiteral("Zakład Ślusarski Żółć|Długa 5|90-001 Łódź"));
+    QCOMPARE(fields.at(8), kind == 5 ? QStringLiteral("Zakład Ubezpieczeń Społecznych") : QStringLiteral("Hurtownia Gęśla|Kwiatowa 7|31-000 Kraków"));
+    QCOMPARE(fields.at(10), payeeAccount.mid(2, 8));
+    QCOMPARE(fields.at(11), expectedTitle);
+    QCOMPARE(fields.at(14), classification);
+    for (const QString &part : fields.at(11).split(QLatin1Char('|')))
         QVERIFY(part.size() <= 35);
     QCOMPARE(SentStore::sentAmong(Db(), {doc.id, doc.id + 1}), QList<qint32>{doc.id});
 }
@@ -272,46 +249,35 @@ void TestBankFile::xmlAgainstSchema()
     QVERIFY(lint.waitForFinished(60000));
     QVERIFY2(lint.exitCode() == 0, lint.readAllStandardError().constData());
 
-    // Counts and sums recomputed from the transactions themselves: "NbOfTxs/CtrlSum=counted/summed".
-    QFile f(m_path);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QXmlStreamReader r(&f);
-    QStringList blocks, titles;
-    QString header;
-    Money total, blockTotal;
-    int txs = 0, blockTxs = 0;
-    const auto closeBlock = [&] {
-        if (!blocks.isEmpty())
-            blocks.last() += QStringLiteral("=%1/%2").arg(blockTxs).arg(blockTotal.plain(QLatin1Char('.')));
-        blockTxs = 0;
-        blockTotal = Money();
-    };
+    // Counts and sums stated (the whole file's, then each block's) against those recomputed
+    // from the transactions themselves.
+    QXmlStreamReader r(readFile(m_path));
+    QStringList stated{QString()}, titles;
+    QList<std::pair<int, Money>> counted(1);
     while (!r.atEnd()) {
         if (r.readNext() != QXmlStreamReader::StartElement)
             continue;
         const QString n = r.name().toString();
-        if (n == QLatin1String("PmtInf")) {
-            closeBlock();
-            blocks << QString();
-        } else if (n == QLatin1String("NbOfTxs") || n == QLatin1String("CtrlSum")) {
-            (blocks.isEmpty() ? header : blocks.last()) += r.readElementText() + (n == QLatin1String("NbOfTxs") ? "/" : "");
-        } else if (n == QLatin1String("InstdAmt")) {
+        if (n == u"PmtInf") {
+            stated << QString();
+            counted.append(std::pair<int, Money>());
+        } else if (n == u"NbOfTxs" || n == u"CtrlSum") {
+            stated.last() += r.readElementText() + (n == u"NbOfTxs" ? "/" : "");
+        } else if (n == u"InstdAmt") {
             const Money m = *Money::parse(r.readElementText());
-            total += m;
-            blockTotal += m;
-            ++txs;
-            ++blockTxs;
-        } else if (n == QLatin1String("Ustrd")) {
+            for (auto *c : {&counted.first(), &counted.last()})
+                *c = {c->first + 1, c->second + m};
+        } else if (n == u"Ustrd") {
             titles << r.readElementText();
         }
     }
-    closeBlock();
     QVERIFY2(!r.hasError(), qPrintable(r.errorString()));
-    QCOMPARE(header, QStringLiteral("%1/%2").arg(txs).arg(total.plain(QLatin1Char('.'))));
-    QCOMPARE(total, Money::fromGrosze(123450 * 3 + 5001 + 1));
+    QStringList recomputed;
+    for (const auto &[count, sum] : counted)
+        recomputed << QStringLiteral("%1/%2").arg(count).arg(sum.plain(QLatin1Char('.')));
+    QCOMPARE(stated, recomputed);
     // Account 1 on the 23rd, account 2 on the 23rd, account 1 on the 30th.
-    QCOMPARE(blocks, QStringList({QStringLiteral("3/2519.01=3/2519.01"), QStringLiteral("1/0.01=1/0.01"),
-                                  QStringLiteral("1/1234.50=1/1234.50")}));
+    QCOMPARE(stated, QStringList({"5/3753.52", "3/2519.01", "1/0.01", "1/1234.50"}));
     QVERIFY(titles.contains(QStringLiteral("/TI/N5261040828/OKR/26M03/SFP/PIT-4R/TXT/decyzja 1/2026")));
     QVERIFY(titles.contains(QStringLiteral("/VAT/10,00/IDC/5261040828/INV/FV <1> & \"2\"/TXT/")));
 }
@@ -382,17 +348,14 @@ void TestBankFile::existingFileAndWrapping()
                           d.klientNazwa1 = QStringLiteral("\"Gęśla\" spółka z o.o.");
                           d.zaDokumentNazwa = QStringLiteral("Faktury 1/2026, 2/2026, 3/2026, 4/2026, 5/2026");
                       }).id;
-    QFile old(m_path);
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.write("stary");
-    old.close();
+    QVERIFY(writeFile(m_path, "stary"));
     BankFile::Options o;
     o.format = BankFile::Format::Xml;
     o.today = QDate(2026, 11, 23);
     BankFile::Outcome out = BankFile::send(Db(), {id}, o, m_path, false);
     QVERIFY(!out.written);
     QVERIFY(out.problems.join(QString()).contains(QStringLiteral("już istnieje")));
-    QCOMPARE(old.size(), 5);
+    QCOMPARE(readFile(m_path), QByteArray("stary"));
     QVERIFY(SentStore::entries(Db()).isEmpty()); // the record went back with the refused file
     // The quote is fine in XML, but Elixir-O cannot carry it.
     QVERIFY(BankFile::send(Db(), {id}, o, m_path, true).written);
@@ -439,14 +402,11 @@ void TestBankFile::commandLine()
     });
     const QString firm = firmFile();
     CloseDb();
-    QProcess p;
-    p.setProcessEnvironment(m_env->processEnvironment());
-    p.start(programPath(), QStringList{QStringLiteral("bank"), QStringLiteral("--firma"), firm,
-                                       QStringLiteral("--plik"), m_path} + options);
-    QVERIFY(p.waitForFinished(60000));
-    const QString output = QString::fromLocal8Bit(exitCode == 0 ? p.readAllStandardOutput() : p.readAllStandardError());
-    QVERIFY2(output.contains(said), qPrintable(output + QString::fromLocal8Bit(p.readAllStandardError())));
-    QCOMPARE(p.exitCode(), exitCode);
+    const TestEnv::Run r =
+        m_env->run(QStringList{QStringLiteral("bank"), QStringLiteral("--firma"), firm, QStringLiteral("--plik"), m_path} + options);
+    const QString output = exitCode == 0 ? r.out : r.err;
+    QVERIFY2(output.contains(said), qPrintable(output + r.err));
+    QCOMPARE(r.code, exitCode);
     QCOMPARE(QFile::exists(m_path), exitCode == 0);
     QVERIFY(OpenDb(firm));
     QCOMPARE(SentStore::entries(Db()).size(), exitCode == 0 ? 1 : 0);
@@ -456,37 +416,31 @@ void TestBankFile::recordLine_data()
 {
     QTest::addColumn<QString>("amount");
     QTest::addColumn<QString>("a");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("example") << "1234" << "110" << "20050307,110 1234  b c d e PLN  f Przelew  g ";
-    QTest::newRow("half down to even") << "1234,5" << "110" << "20050307,110 1234  b c d e PLN  f Przelew  g ";
-    QTest::newRow("half up to even") << "1235,5" << "110" << "20050307,110 1236  b c d e PLN  f Przelew  g ";
-    QTest::newRow("over a half") << "1234,51" << "110" << "20050307,110 1235  b c d e PLN  f Przelew  g ";
-    QTest::newRow("negative half") << "-2,5" << "110" << "20050307,110 -2  b c d e PLN  f Przelew  g ";
-    QTest::newRow("empty argument") << "7" << "" << "20050307, 7  b c d e PLN  f Przelew  g ";
+    QTest::addColumn<QString>("g");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("example") << "1234" << "110" << "g" << QByteArray("20050307,110 1234  b c d e PLN  f Przelew  g ");
+    QTest::newRow("half down to even") << "1234,5" << "110" << "g" << QByteArray("20050307,110 1234  b c d e PLN  f Przelew  g ");
+    QTest::newRow("half up to even") << "1235,5" << "110" << "g" << QByteArray("20050307,110 1236  b c d e PLN  f Przelew  g ");
+    QTest::newRow("over a half") << "1234,51" << "110" << "g" << QByteArray("20050307,110 1235  b c d e PLN  f Przelew  g ");
+    QTest::newRow("negative half") << "-2,5" << "110" << "g" << QByteArray("20050307,110 -2  b c d e PLN  f Przelew  g ");
+    QTest::newRow("empty argument") << "7" << "" << "g" << QByteArray("20050307, 7  b c d e PLN  f Przelew  g ");
+    // Windows-1250: Ł 0xA3, ó 0xF3, d, ź 0x9F; the euro sign is in the code page, the snowman is not.
+    QTest::newRow("Polish letters") << "5" << "Łódź" << "€ ☃"
+                                    << QByteArray("20050307,\xA3\xF3\x64\x9F 5  b c d e PLN  f Przelew  \x80 ? ");
 }
 
 void TestBankFile::recordLine()
 {
     QFETCH(QString, amount);
     QFETCH(QString, a);
-    QFETCH(QString, line);
+    QFETCH(QString, g);
+    QFETCH(QByteArray, line);
     QBuffer out;
     out.open(QIODevice::WriteOnly);
     QVERIFY(Elixir::WriteElixirRecord(out, QDate(2005, 3, 7), *Money::parse(amount), a, QStringLiteral("f"),
                                       QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d"),
-                                      QStringLiteral("e"), QStringLiteral("g")));
-    QCOMPARE(out.data(), line.toLatin1() + "\r\n");
-}
-
-void TestBankFile::polishLettersInWindows1250()
-{
-    QBuffer out;
-    out.open(QIODevice::WriteOnly);
-    Elixir::WriteElixirRecord(out, QDate(2026, 1, 2), Money::fromZlote(5), QStringLiteral("Łódź"), {}, {}, {}, {}, {},
-                              QStringLiteral("€ ☃"));
-    // Ł 0xA3, ó 0xF3, d, ź 0x9F; the euro sign is in the code page, the snowman is not.
-    QVERIFY(out.data().startsWith(QByteArray("20260102,\xA3\xF3\x64\x9F 5 ")));
-    QVERIFY(out.data().endsWith(QByteArray("\x80 ? \r\n")));
+                                      QStringLiteral("e"), g));
+    QCOMPARE(out.data(), line + "\r\n");
 }
 
 void TestBankFile::fileStep()
@@ -501,18 +455,23 @@ void TestBankFile::fileStep()
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 0));
     QVERIFY(!QFile::exists(folderA + QStringLiteral("Przelew.pli"))); // switch off: nothing touched
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
-    QFile a(folderA + QStringLiteral("Przelew.pli"));
-    QVERIFY(a.exists());
-    QCOMPARE(a.size(), 0);
-    {
-        QVERIFY(a.open(QIODevice::Append));
-        a.write("stary wiersz\r\n");
-        a.close();
-    }
+    const QString made = folderA + QStringLiteral("Przelew.pli");
+    QVERIFY(QFile::exists(made) && readFile(made).isEmpty());
+    QVERIFY(writeFile(made, "stary wiersz\r\n"));
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
-    QCOMPARE(a.size(), qint64(14)); // left as it was
+    QCOMPARE(readFile(made), QByteArray("stary wiersz\r\n")); // left as it was
 
     QVERIFY(OpenDb(folderB + QStringLiteral("b.zlc")));
+    // The sender's lines come from the firm's row as the form shows them.
+    QVERIFY(QSqlQuery(Db()).exec(QStringLiteral(
+        "INSERT INTO firma (NAZWA, NAZWA1, ULICA, NR_DOMU, NR_LOKALU, KOD, MIASTO, BANK_NAZWA1, BANK_KONTO1, firma_NIP) "
+        "VALUES ('Przedsiębiorstwo Handlowo-Usługowe', 'Kowalski i Wspólnicy', 'Piotrkowska', '12', '3a', '90-001', "
+        "'Łódź', 'PKO BP', '12 3456', '123-456-78-90')")));
+    const Elixir::SenderLines s = Elixir::GatherSenderLines(Db());
+    QCOMPARE(QStringList({s.name, s.street, s.town, s.bankName, s.nip}),
+             QStringList({"Przedsiębiorstwo Handlowo-Usługowe", "Piotrkowska 12 3a", "90-001 Łódź", "PKO BP",
+                          "123-456-78-90"}));
+    QCOMPARE(Elixir::firmFolder(QStringLiteral("/dane/firma1/zlecanki.zlc")), QStringLiteral("/dane/firma1/"));
     SettingsStore::loadSave(QStringLiteral("PlikElixir"), QStringLiteral("bank.pli"));
     QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
     QVERIFY(QFile::exists(folderB + QStringLiteral("bank.pli")));
@@ -549,27 +508,6 @@ void TestBankFile::fileStep()
     }
     QCOMPARE(bankFiles().size(), before.size() + 2);
     QVERIFY(!QFileInfo::exists(QStringLiteral("postgresql:")));
-    CloseDb();
-}
-
-void TestBankFile::senderLines()
-{
-    RecordingDialogs d;
-    const QString path = m_env->newPath(QStringLiteral("nadawca.zlc"));
-    QVERIFY(FirmDatabase::create(path, nullptr));
-    QVERIFY(OpenDb(path));
-    QSqlQuery q(Db());
-    QVERIFY(q.exec(QStringLiteral("INSERT INTO firma (NAZWA, NAZWA1, ULICA, NR_DOMU, NR_LOKALU, KOD, MIASTO, "
-                                  "BANK_NAZWA1, BANK_KONTO1, firma_NIP) VALUES ('Przedsiębiorstwo Handlowo-Usługowe', "
-                                  "'Kowalski i Wspólnicy', 'Piotrkowska', '12', '3a', '90-001', 'Łódź', 'PKO BP', "
-                                  "'12 3456', '123-456-78-90')")));
-    const Elixir::SenderLines s = Elixir::GatherSenderLines(Db());
-    QCOMPARE(s.name, QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe"));
-    QCOMPARE(s.street, QStringLiteral("Piotrkowska 12 3a"));
-    QCOMPARE(s.town, QStringLiteral("90-001 Łódź"));
-    QCOMPARE(s.bankName, QStringLiteral("PKO BP"));
-    QCOMPARE(s.nip, QStringLiteral("123-456-78-90"));
-    QCOMPARE(Elixir::firmFolder(QStringLiteral("/dane/firma1/zlecanki.zlc")), QStringLiteral("/dane/firma1/"));
     CloseDb();
 }
 

@@ -165,10 +165,14 @@ void TestBankWindows::browseSendsAndMarks()
     frmprzegladanie browse;
     browse.show();
     auto *list = child<QAbstractItemView>(&browse, QStringLiteral("lstwynik"));
+    const auto send = [&] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        click(&browse, QStringLiteral("cmdDoBanku"));
+        return browse.findChild<frmDoBanku *>();
+    };
     QCOMPARE(list->model()->rowCount(), 2);
     list->selectAll();
-    click(&browse, QStringLiteral("cmdDoBanku"));
-    auto *window = browse.findChild<frmDoBanku *>();
+    auto *window = send();
     QVERIFY(window);
     const QString path = m_env->newPath(QStringLiteral("przelewy%1.pli").arg(m_files));
     typeInto(window, QStringLiteral("txtplik"), path);
@@ -179,14 +183,12 @@ void TestBankWindows::browseSendsAndMarks()
     QVERIFY(problems->item(0)->text().contains(QStringLiteral("rachunek odbiorcy")));
     QVERIFY(!QFile::exists(path));
     window->close();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
     // Only the good one goes; it is marked in the list afterwards.
     const int row = list->model()->index(0, 0).data(Qt::UserRole).toInt() == good->currentId() ? 0 : 1;
     list->clearSelection();
     list->setCurrentIndex(list->model()->index(row, 0));
-    click(&browse, QStringLiteral("cmdDoBanku"));
-    window = browse.findChild<frmDoBanku *>();
+    window = send();
     QVERIFY(window);
     auto *format = child<QComboBox>(window, QStringLiteral("lstformat"));
     format->setCurrentIndex(1);
@@ -203,10 +205,8 @@ void TestBankWindows::browseSendsAndMarks()
     QVERIFY(list->model()->index(row, 0).data(Qt::ToolTipRole).toString().contains(QStringLiteral("XML")));
 
     // Sending it again asks first; No writes nothing more.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     list->setCurrentIndex(list->model()->index(row, 0));
-    click(&browse, QStringLiteral("cmdDoBanku"));
-    window = browse.findChild<frmDoBanku *>();
+    window = send();
     QVERIFY(window);
     QCOMPARE(child<QComboBox>(window, QStringLiteral("lstformat"))->currentIndex(), 1); // the firm's last choice
     typeInto(window, QStringLiteral("txtplik"), xml + QStringLiteral(".2"));
@@ -241,9 +241,7 @@ void TestBankWindows::statementSendsItsDay()
     const QString path = m_env->newPath(QStringLiteral("dzien%1.pli").arg(m_files));
     typeInto(window, QStringLiteral("txtplik"), path);
     QVERIFY(window->save());
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll().count("\r\n"), 2);
+    QCOMPARE(readFile(path).count("\r\n"), 2);
 }
 
 QTEST_MAIN(TestBankWindows)

@@ -142,10 +142,7 @@ void TestExportFile::fileReplacedOrDeleted()
 {
     TestEnv env;
     const QString path = env.newPath(QStringLiteral("PL.EXP"));
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(blocks(2));
-    f.close();
+    QVERIFY(writeFile(path, blocks(2)));
     QString error;
     QVERIFY(ExportFile::removeBlockInFile(path, 0, false, &error));
     QCOMPARE(names(ExportFile::listBlocks(*ExportFile::read(path, &error))), QStringList{"Odbiorca 1"});

@@ -5,11 +5,15 @@
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "app/frmglowna.h"
+#include "db/Dialect.h"
+#include "db/FirmCopy.h"
+#include "db/FirmDatabase.h"
 #include "documents/DocumentStore.h"
 #include "exchange/ui/frmImport.h"
 #include "exchange/ui/frmImportFirm.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QFile>
 #include <QListWidget>
 #include <QSqlQuery>
@@ -39,10 +43,47 @@ QByteArray exportFile(int count, const QString &name = {})
     return cp1250(text);
 }
 
-QString written(const QString &path)
+// A copy of the firm at `from` made at `to` (a file or a server address).
+bool copyFirm(const QString &from, const QString &to)
 {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromLatin1(f.readAll()) : QStringLiteral("<brak>");
+    QString error;
+    bool ok = FirmDatabase::create(to, &error);
+    if (ok) {
+        bool readOnly = false;
+        const auto source = FirmCopy::openSource(from, from, QStringLiteral("kopia-z"), &error);
+        auto target = FirmDatabase::open(to, QStringLiteral("kopia-do"), &readOnly, &error);
+        const FirmCopy::FirmCopyResult r =
+            source && target ? FirmCopy::copyFirm(*source, *target) : FirmCopy::FirmCopyResult{false, error, {}};
+        ok = r.ok;
+        error = r.error;
+    }
+    FirmDatabase::close(QStringLiteral("kopia-z"));
+    FirmDatabase::close(QStringLiteral("kopia-do"));
+    if (!ok)
+        qWarning("%s", qPrintable(error));
+    return ok;
+}
+
+// Drops the schemas of this run's firms on the server.
+void dropServerFirms()
+{
+    if (testServer().isEmpty())
+        return;
+    {
+        Dialect::connect(*Dialect::parseAddress(testServer()), QStringLiteral("sprzatanie"), nullptr);
+        QSqlQuery q(QSqlDatabase::database(QStringLiteral("sprzatanie"), false));
+        if (q.exec(QStringLiteral("SELECT string_agg(format('DROP SCHEMA %I CASCADE', nspname), '; ') FROM pg_namespace "
+                                  "WHERE nspname LIKE 'imp%1\\_%'")
+                       .arg(QCoreApplication::applicationPid())) &&
+            q.next() && !q.value(0).toString().isEmpty())
+            q.exec(q.value(0).toString());
+    }
+    FirmDatabase::close(QStringLiteral("sprzatanie"));
+}
+
+QString serverFirm(int n)
+{
+    return testServer() + QStringLiteral("?schema=imp%1_%2").arg(QCoreApplication::applicationPid()).arg(n);
 }
 
 QStringList said(const RecordingDialogs &d)
@@ -60,17 +101,18 @@ class TestImportWindows : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase() { dropServerFirms(); }
     void init();
     void cleanup();
 
     void exportFileTakenOverAndRemoved();
-    void blockTakenOverWhole();
     void firmImport_data();
     void firmImport();
     void accessFileOpenedAsFirm();
 
 private:
     QString m_source;
+    QString m_serverSource; // the same firm on the server, when there is one
     std::unique_ptr<TestEnv> m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     std::unique_ptr<frmglowna> m_window;
@@ -92,6 +134,11 @@ void TestImportWindows::initTestCase()
     }
     QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("INSERT INTO CYKLICZNE (NAZWA, RODZAJ, WARTOSC) VALUES ('Czynsz', 1, 5000000)")));
     CloseDb();
+    if (!testServer().isEmpty()) {
+        dropServerFirms();
+        m_serverSource = serverFirm(0);
+        QVERIFY(copyFirm(m_source, m_serverSource));
+    }
 }
 
 void TestImportWindows::init()
@@ -114,11 +161,13 @@ void TestImportWindows::cleanup()
 
 void TestImportWindows::exportFileTakenOverAndRemoved()
 {
+    const QString name = QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe Gęśla i Synowie Spółka Jawna");
     const QString path = appState().suiteRoot + QStringLiteral("PL.EXP");
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(exportFile(5));
-    f.close();
+    QVERIFY(writeFile(path, exportFile(5, name)));
+    // A ZUS payment being written has no place for a transfer's values.
+    m_window->command(QStringLiteral("mnuzlecanki_4"))->trigger();
+    QWidget *zus = m_window->childWindow(QStringLiteral("frmprzelew_5"));
+    QVERIFY(zus);
 
     m_dialogs->files << m_env->newPath(QStringLiteral("nie-ma.EXP")) << path;
     m_window->command(QStringLiteral("mnuimport"))->trigger();
@@ -136,15 +185,25 @@ void TestImportWindows::exportFileTakenOverAndRemoved()
     list->setCurrentRow(0);
     child<QCheckBox>(w, QStringLiteral("chkusun"))->setChecked(true);
     click(w, QStringLiteral("cmdpokaz"));
+    QCOMPARE(child<QLineEdit>(zus, QStringLiteral("txtnazwa"))->text(), QString());
     QWidget *entry = m_window->childWindow(QStringLiteral("frmprzelew_1"));
     QVERIFY(entry);
-    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtmiasto"))->text(), QStringLiteral("Łódź"));
-    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtzadokument"))->text(), QStringLiteral("Faktura=0"));
-    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtwartosc"))->text(), QStringLiteral("0,50"));
+    QCOMPARE(QStringList({child<QLineEdit>(entry, QStringLiteral("txtnazwa"))->text(),
+                          child<QLineEdit>(entry, QStringLiteral("txtmiasto"))->text(),
+                          child<QLineEdit>(entry, QStringLiteral("txtzadokument"))->text(),
+                          child<QLineEdit>(entry, QStringLiteral("txtwartosc"))->text()}),
+             QStringList({name, "Łódź", "Faktura=0", "0,50"}));
+    // The name is taken whole: too long for its field, it is told and cannot be saved.
+    const QString tooLong = QStringLiteral("Tekst w polu Nazwa jest za długi: pole mieści najwyżej 50 znaków.");
+    QVERIFY2(m_dialogs->saw(tooLong), qPrintable(said(*m_dialogs).join(QLatin1Char('\n'))));
+    m_dialogs->clear();
+    click(entry, QStringLiteral("cmdwystaw"));
+    QVERIFY(m_dialogs->saw(tooLong));
+    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("0"));
     // Blocks 0, 2 and 4 left the file; the list lost one entry.
     QCOMPARE(list->count(), 4);
-    QCOMPARE(written(path).count(QLatin1String("***")), 2);
-    QVERIFY(written(path).contains(QLatin1String("Odbiorca 1")) && written(path).contains(QLatin1String("Odbiorca 3")));
+    const QByteArray left = readFile(path);
+    QVERIFY(left.count("***") == 2 && left.contains("Odbiorca 1") && left.contains("Odbiorca 3"));
 
     while (list->count() > 0) {
         list->setCurrentRow(0);
@@ -153,41 +212,10 @@ void TestImportWindows::exportFileTakenOverAndRemoved()
     QVERIFY(!QFile::exists(path));
 }
 
-void TestImportWindows::blockTakenOverWhole()
-{
-    const QString name = QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe Gęśla i Synowie Spółka Jawna");
-    const QString path = m_env->newPath(QStringLiteral("dlugi.EXP"));
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(exportFile(1, name));
-    f.close();
-    // A ZUS payment being written has no place for a transfer's values.
-    m_window->command(QStringLiteral("mnuzlecanki_4"))->trigger();
-    QWidget *zus = m_window->childWindow(QStringLiteral("frmprzelew_5"));
-    QVERIFY(zus);
-
-    m_dialogs->files << path;
-    m_window->command(QStringLiteral("mnuimport"))->trigger();
-    QWidget *w = m_window->childWindow(QStringLiteral("frmImport"));
-    QTRY_COMPARE(child<QListWidget>(w, QStringLiteral("lstdok"))->count(), 1);
-    child<QListWidget>(w, QStringLiteral("lstdok"))->setCurrentRow(0);
-    click(w, QStringLiteral("cmdpokaz"));
-
-    QCOMPARE(child<QLineEdit>(zus, QStringLiteral("txtnazwa"))->text(), QString());
-    QWidget *entry = m_window->childWindow(QStringLiteral("frmprzelew_1"));
-    QVERIFY(entry);
-    QCOMPARE(child<QLineEdit>(entry, QStringLiteral("txtnazwa"))->text(), name);
-    const QString tooLong = QStringLiteral("Tekst w polu Nazwa jest za długi: pole mieści najwyżej 50 znaków.");
-    QVERIFY2(m_dialogs->saw(tooLong), qPrintable(said(*m_dialogs).join(QLatin1Char('\n'))));
-    m_dialogs->clear();
-    click(entry, QStringLiteral("cmdwystaw"));
-    QVERIFY(m_dialogs->saw(tooLong));
-    QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM zlecanki")), QStringLiteral("0"));
-}
-
 void TestImportWindows::firmImport_data()
 {
-    QTest::addColumn<QString>("source");   // "firm", "same", "missing", "text", "view", "nwind"
+    QTest::addColumn<QString>("source");   // "firm", "server", "same", "missing", "text", "view", "rule", "nwind"
+    QTest::addColumn<QString>("target");   // the open firm: "file" or "server"
     QTest::addColumn<QString>("ticked");   // one digit per category
     QTest::addColumn<int>("runs");
     QTest::addColumn<QStringList>("said"); // first lines of every box, in order
@@ -195,23 +223,38 @@ void TestImportWindows::firmImport_data()
     const QString question = QStringLiteral("Import skasuje wszystkie aktualne dane z wybranych kategorii.");
     const QString ok = QStringLiteral("Import zakończono pomyślnie");
     const QString empty = QStringLiteral("|0|0|0");
-    QTest::newRow("all into an empty firm") << "firm" << "1111" << 1 << QStringList{question, ok}
+    QTest::newRow("all into an empty firm") << "firm" << "file" << "1111" << 1 << QStringList{question, ok}
                                             << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
-    QTest::newRow("documents twice") << "firm" << "0100" << 2
+    QTest::newRow("from a firm on the server") << "server" << "file" << "1111" << 1 << QStringList{question, ok}
+                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
+    QTest::newRow("into a firm on the server") << "firm" << "server" << "1111" << 1 << QStringList{question, ok}
+                                               << QStringLiteral("Zakład Ślusarski Żółć|2|1|1");
+    QTest::newRow("server to server, documents twice")
+        << "server" << "server" << "0100" << 2
+        << QStringList{question, ok, question, QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
+                       QStringLiteral("Import zakończono z błędami")}
+        << QStringLiteral("|2|0|0");
+    QTest::newRow("same firm on the server, other letter case")
+        << "same" << "server" << "1111" << 1 << QStringList{"Nie można importować z tej samej firmy"} << "|0|0|0";
+    QTest::newRow("documents twice") << "firm" << "file" << "0100" << 2
                                      << QStringList{question, ok, question,
                                                     QStringLiteral("Próbujesz importować do bazy która zawiera jakieś dane."),
                                                     QStringLiteral("Import zakończono z błędami")}
                                      << QStringLiteral("|2|0|0");
-    QTest::newRow("nothing ticked") << "firm" << "0000" << 1 << QStringList{question, ok} << empty;
-    QTest::newRow("same firm, other letter case") << "same" << "1111" << 1
+    QTest::newRow("nothing ticked") << "firm" << "file" << "0000" << 1 << QStringList{question, ok} << empty;
+    QTest::newRow("same firm, other letter case") << "same" << "file" << "1111" << 1
                                                   << QStringList{"Nie można importować z tej samej firmy"} << empty;
-    QTest::newRow("missing file") << "missing" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
-    QTest::newRow("not a database") << "text" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
+    QTest::newRow("missing file") << "missing" << "file" << "1111" << 1 << QStringList{"Plik: /nie/ma.zlc - nie istnieje"} << empty;
+    QTest::newRow("not a database") << "text" << "file" << "1111" << 1 << QStringList{"Nie można otworzyć bazy danych:"} << empty;
     QTest::newRow("source with a view in a table's place")
-        << "view" << "1111" << 1
+        << "view" << "file" << "1111" << 1
         << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
         << empty;
-    QTest::newRow("Access file of another program") << "nwind" << "1111" << 1
+    QTest::newRow("server source with a rule on a table")
+        << "rule" << "file" << "1111" << 1
+        << QStringList{"Baza danych zawiera obiekty, które mogłyby zmieniać albo podmieniać dane programu, i nie zostanie użyta:"}
+        << empty;
+    QTest::newRow("Access file of another program") << "nwind" << "file" << "1111" << 1
                                                     << QStringList{"Plik nie jest bazą firmy programu Zlecanki (nie ma w "
                                                                    "nim tabel ZLECANKI ani FIRMA):"}
                                                     << empty;
@@ -220,20 +263,40 @@ void TestImportWindows::firmImport_data()
 void TestImportWindows::firmImport()
 {
     QFETCH(QString, source);
+    QFETCH(QString, target);
     QFETCH(QString, ticked);
     QFETCH(int, runs);
     QFETCH(QStringList, said);
     QFETCH(QString, counts);
+    if ((source == QLatin1String("server") || source == QLatin1String("rule") || target == QLatin1String("server")) && testServer().isEmpty())
+        QSKIP("Brak serwera PostgreSQL dla testów (ZLECANKI_PG): uruchom scripts/pg-cluster start KATALOG");
+    if (target == QLatin1String("server")) {
+        QString error;
+        QVERIFY2(FirmDatabase::create(serverFirm(m_files), &error), qPrintable(error));
+        QVERIFY(OpenDb(serverFirm(m_files)));
+        m_window->LoadFirma();
+        m_dialogs->clear();
+    }
     QString file = m_source;
-    if (source == QLatin1String("same"))
-        file = firmFile().toUpper();
-    else if (source == QLatin1String("missing"))
+    if (source == QLatin1String("server")) {
+        file = m_serverSource;
+    } else if (source == QLatin1String("rule")) {
+        file = serverFirm(1000 + m_files);
+        QVERIFY(copyFirm(m_source, file));
+        bool readOnly = false;
+        QVERIFY(QSqlQuery(*FirmDatabase::open(file, QStringLiteral("regula"), &readOnly, nullptr))
+                    .exec(QStringLiteral("CREATE RULE podmiana AS ON INSERT TO kontrahenci DO INSTEAD NOTHING")));
+        FirmDatabase::close(QStringLiteral("regula"));
+    } else if (source == QLatin1String("same")) {
+        // The file, or the firm's schema, in other letter case.
+        file = firmFile();
+        const qsizetype from = Dialect::isAddress(file) ? file.indexOf(QLatin1String("schema=")) + 7 : 0;
+        file = file.left(from) + file.mid(from).toUpper();
+    } else if (source == QLatin1String("missing"))
         file = QStringLiteral("/nie/ma.zlc");
     else if (source == QLatin1String("text")) {
         file = m_env->newPath(QStringLiteral("tekst%1.zlc").arg(m_files));
-        QFile f(file);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(4096, 'x'));
+        QVERIFY(writeFile(file, QByteArray(4096, 'x')));
     } else if (source == QLatin1String("view")) {
         file = m_env->newPath(QStringLiteral("widok%1.zlc").arg(m_files));
         QVERIFY(QFile::copy(m_source, file));
@@ -261,7 +324,7 @@ void TestImportWindows::firmImport()
     for (int i = 0; i < runs; ++i)
         click(w, QStringLiteral("cmdOK"));
     QCOMPARE(::said(*m_dialogs), said);
-    QCOMPARE(stored(QStringLiteral("SELECT (SELECT ifnull(max(NAZWA),'') FROM FIRMA) || '|' || (SELECT count(*) FROM ZLECANKI)"
+    QCOMPARE(stored(QStringLiteral("SELECT (SELECT coalesce(max(NAZWA),'') FROM FIRMA) || '|' || (SELECT count(*) FROM ZLECANKI)"
                                    " || '|' || (SELECT count(*) FROM CYKLICZNE) || '|' || (SELECT count(*) FROM KONTRAHENCI)")),
              counts);
     // The firm's caption follows its imported data.

@@ -2,6 +2,7 @@
 #include "RecordingDialogs.h"
 #include "SettingsStore.h"
 #include "TestEnv.h"
+#include "TestWidgets.h"
 #include "print/PrintEngine.h"
 #include "print/ui/frmDrukPreview.h"
 #include "print/ui/frmPrintkopie.h"
@@ -20,13 +21,11 @@ class TestPreview : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void pagesAndCounter();
-    void reportIsPrintedFromItsWindow();
     void copiesWindow_data();
     void copiesWindow();
 
 private:
     std::unique_ptr<frmDrukPreview> preview(const QString &procedure);
-    QPushButton *button(QWidget *w, const char *name) { return w->findChild<QPushButton *>(QLatin1String(name)); }
     std::unique_ptr<TestEnv> m_env;
     int m_runs = 0;
 };
@@ -65,31 +64,29 @@ void TestPreview::pagesAndCounter()
     QVERIFY(w);
     auto *counter = w->findChild<QLabel *>(QStringLiteral("lblstrona"));
     QCOMPARE(counter->text(), QStringLiteral("1/3"));
-    button(w.get(), "cmdmove_1")->click();
-    button(w.get(), "cmdmove_1")->click();
+    click(w.get(), QStringLiteral("cmdmove_1"));
+    click(w.get(), QStringLiteral("cmdmove_1"));
     QCOMPARE(counter->text(), QStringLiteral("3/3"));
-    button(w.get(), "cmdmove_1")->click(); // past the last page: a beep, nothing else
+    click(w.get(), QStringLiteral("cmdmove_1")); // past the last page: a beep, nothing else
     QCOMPARE(counter->text(), QStringLiteral("3/3"));
     QCOMPARE(d.beeps, 1);
-    button(w.get(), "cmdmove_0")->click();
+    click(w.get(), QStringLiteral("cmdmove_0"));
     QCOMPARE(counter->text(), QStringLiteral("2/3"));
-    QVERIFY(w->findChild<QWidget *>(QStringLiteral("suwakpionowy")));
-    QVERIFY(w->findChild<QWidget *>(QStringLiteral("suwakpoziomy")));
 
     const QString saved = m_env->newPath(QStringLiteral("zapisany"));
     d.files << saved;
-    button(w.get(), "cmdzapisz")->click();
+    click(w.get(), QStringLiteral("cmdzapisz"));
     QCOMPARE(readPdf(saved + QStringLiteral(".pdf")).text(), QStringLiteral("Strona1 Strona2 Strona3"));
     QVERIFY(!PrintEngine::instance().job().saving);
     // A name that is no file to write is told, not taken for saved.
     const QString folder = m_env->newPath(QStringLiteral("katalog.pdf"));
     QVERIFY(QDir().mkpath(folder));
     d.files << folder;
-    button(w.get(), "cmdzapisz")->click();
+    click(w.get(), QStringLiteral("cmdzapisz"));
     QVERIFY(d.saw(QStringLiteral("jest folderem")));
     // Cancelling the file choice saves nothing.
     m_runs = 0;
-    button(w.get(), "cmdzapisz")->click();
+    click(w.get(), QStringLiteral("cmdzapisz"));
     QCOMPARE(m_runs, 0);
 
     // Printed from the preview: nothing asked, every page.
@@ -97,20 +94,17 @@ void TestPreview::pagesAndCounter()
     PrintEngine::instance().setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
     d.clear();
     m_runs = 0;
-    button(w.get(), "cmddrukuj")->click();
+    click(w.get(), QStringLiteral("cmddrukuj"));
     QCOMPARE(m_runs, 1);
     QVERIFY(d.callsOf(QStringLiteral("copies")).isEmpty());
     const PdfContent pdf = readPdf(path);
     QCOMPARE(pdf.pages, 3);
     QCOMPARE(pdf.text(2), QStringLiteral("Strona3"));
-}
 
-void TestPreview::reportIsPrintedFromItsWindow()
-{
-    auto w = preview(QStringLiteral("raport"));
-    RecordingDialogs d;
+    // A report's preview sends the user back to the report's own window to print.
+    auto report = preview(QStringLiteral("raport"));
     m_runs = 0;
-    button(w.get(), "cmddrukuj")->click();
+    click(report.get(), QStringLiteral("cmddrukuj"));
     QCOMPARE(m_runs, 0);
     QVERIFY(d.saw(QStringLiteral("Wydrukuj raport z okienka 'Raporty'")));
 }

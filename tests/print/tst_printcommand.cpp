@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTest>
 
 #include <memory>
@@ -23,11 +22,7 @@ private Q_SLOTS:
     void refusesWrongUse();
 
 private:
-    struct Run {
-        int code = -1;
-        QString out, err;
-    };
-    Run run(const QStringList &args);
+    TestEnv::Run run(const QStringList &args) { return m_env->run(QStringList{QStringLiteral("drukuj")} + args); }
     std::unique_ptr<TestEnv> m_env;
     QString m_firm;
     QHash<int, qint32> m_ids; // by kind
@@ -49,20 +44,6 @@ void TestPrintCommand::initTestCase()
     CloseDb();
 }
 
-TestPrintCommand::Run TestPrintCommand::run(const QStringList &args)
-{
-    QProcess p;
-    p.setProcessEnvironment(m_env->processEnvironment());
-    p.start(programPath(), QStringList{QStringLiteral("drukuj")} + args);
-    Run r;
-    if (!p.waitForFinished(60000))
-        return r;
-    r.code = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = QString::fromUtf8(p.readAllStandardOutput());
-    r.err = QString::fromUtf8(p.readAllStandardError());
-    return r;
-}
-
 void TestPrintCommand::printsToPdf_data()
 {
     QTest::addColumn<int>("kind");
@@ -72,11 +53,9 @@ void TestPrintCommand::printsToPdf_data()
     QTest::addColumn<QStringList>("absent");
     const QString wording =
         QStringLiteral("jeden tysiąc dwieście trzydzieści cztery złote pięćdziesiąt groszy");
-    // A new firm prints all four parts of a transfer, two to a sheet.
-    QTest::newRow("transfer") << 1 << QStringList{} << 2
-                              << QStringList{"Polecenie przelewu", "1234,50"} << QStringList{wording};
-    QTest::newRow("two copies") << 1 << QStringList{"--kopie", "2"} << 4 << QStringList{"Polecenie przelewu"}
-                                << QStringList{};
+    // A new firm prints all four parts of a transfer, two to a sheet; one copy unless told.
+    QTest::newRow("transfer, two copies") << 1 << QStringList{"--kopie", "2"} << 4
+                                          << QStringList{"Polecenie przelewu", "1234,50"} << QStringList{wording};
     QTest::newRow("without the amount")
         << 1 << QStringList{"--bez-kwoty"} << 2 << QStringList{"kwota"} << QStringList{"1234,50", "tysiąc"};
     QTest::newRow("ZUS, its short name and account")
@@ -95,7 +74,7 @@ void TestPrintCommand::printsToPdf()
     QFETCH(QStringList, present);
     QFETCH(QStringList, absent);
     const QString pdf = m_env->newPath(QStringLiteral("wydruk.pdf"));
-    const Run r = run(
+    const TestEnv::Run r = run(
         QStringList{"--firma", m_firm, "--id", QString::number(m_ids.value(kind)), "--pdf", pdf} + options);
     QCOMPARE(r.code, 0);
     // Nothing asked; only a ZUS account closed since 2017 is told about.
@@ -146,28 +125,21 @@ void TestPrintCommand::refusesWrongUse()
     QFETCH(QStringList, args);
     QFETCH(int, code);
     QFETCH(QString, message);
-    QFile firm(m_firm);
-    QVERIFY(firm.open(QIODevice::ReadOnly));
-    const QByteArray firmBefore = firm.readAll();
-    firm.close();
+    const QByteArray firmBefore = readFile(m_firm);
     const QString pdf = m_env->newPath(QStringLiteral("nie.pdf"));
     const QString old = m_env->newPath(QStringLiteral("stary.pdf"));
-    QFile f(old);
-    QVERIFY(f.open(QIODevice::WriteOnly) && f.write("stary") == 5);
-    f.close();
+    QVERIFY(writeFile(old, "stary"));
     args.replaceInStrings(QStringLiteral("@firm"), m_firm);
     args.replaceInStrings(QStringLiteral("@id"), QString::number(m_ids.value(1)));
     args.replaceInStrings(QStringLiteral("@pdf"), pdf);
     args.replaceInStrings(QStringLiteral("@old"), old);
-    const Run r = run(args);
+    const TestEnv::Run r = run(args);
     QCOMPARE(r.code, code);
     QVERIFY2(r.err.contains(message), qPrintable(r.err));
     QVERIFY(!QFile::exists(pdf));
-    QVERIFY(firm.open(QIODevice::ReadOnly));
-    QVERIFY(firm.readAll() == firmBefore);
+    QVERIFY(readFile(m_firm) == firmBefore);
     if (args.contains(old)) {
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll() == "stary", code != 0);
+        QCOMPARE(readFile(old) == "stary", code != 0);
         QCOMPARE(readPdf(old).ok, code == 0);
     }
     QCOMPARE(QDir(QFileInfo(m_firm).absolutePath()).entryList({QStringLiteral(".*.pdf.*"), QStringLiteral(".*.zlc.*")},

@@ -36,13 +36,12 @@ private Q_SLOTS:
     void init();
     void copies_data();
     void copies();
-    void unknownProcedure();
     void marginsMoveEverything();
     void previewPages();
     void wordingWrappedInBox();
 
 private:
-    void printPdf(const QString &path);
+    void printPdf(const QString &path, const QString &procedure = QStringLiteral("test"));
     std::unique_ptr<TestEnv> m_env;
     PrintEngine &engine = PrintEngine::instance();
     int m_runs = 0;
@@ -71,48 +70,42 @@ void TestPrintEngine::copies_data()
 {
     QTest::addColumn<bool>("makesCopies");
     QTest::addColumn<QString>("caller");
-    QTest::addColumn<bool>("cancelled");
+    QTest::addColumn<bool>("refused"); // the copies window cancelled, or no such printout
     QTest::addColumn<int>("runs");
-    QTest::addColumn<bool>("askedCopies");
-    QTest::newRow("printer makes the copies") << true << "" << false << 1 << true;
-    QTest::newRow("printer cannot count copies") << false << "" << false << 3 << true;
-    QTest::newRow("copies window cancelled") << false << "" << true << 0 << true;
-    QTest::newRow("from the preview's button") << false << "Cmd" << false << 3 << false;
+    QTest::addColumn<QString>("procedure");
+    QTest::newRow("printer makes the copies") << true << "" << false << 1 << "test";
+    QTest::newRow("printer cannot count copies") << false << "" << false << 3 << "test";
+    QTest::newRow("copies window cancelled") << false << "" << true << 0 << "test";
+    QTest::newRow("from the preview's button") << false << "Cmd" << false << 3 << "test";
+    QTest::newRow("unknown procedure") << true << "" << true << 0 << "dprzekaz";
 }
 
 void TestPrintEngine::copies()
 {
     QFETCH(bool, makesCopies);
     QFETCH(QString, caller);
-    QFETCH(bool, cancelled);
+    QFETCH(bool, refused);
     QFETCH(int, runs);
-    QFETCH(bool, askedCopies);
+    QFETCH(QString, procedure);
+    const bool askedCopies = caller.isEmpty(); // the preview's own button prints as it was asked
     RecordingDialogs d;
     SettingsStore::saveInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE"), 3);
-    if (cancelled)
+    if (refused && procedure == u"test")
         d.printChoices << std::nullopt;
     engine.setPrinterFactory([makesCopies] { return std::make_unique<CountingPrinter>(makesCopies); });
-    QCOMPARE(engine.Drukuj(QStringLiteral("test"), 7, QPageLayout::Portrait, false, caller), !cancelled);
+    QCOMPARE(engine.Drukuj(procedure, 7, QPageLayout::Portrait, false, caller), !refused);
     QCOMPARE(m_runs, runs);
+    QCOMPARE(d.saw(QStringLiteral("Nieznana procedura wydruku")), procedure == u"dprzekaz");
     QCOMPARE(!d.callsOf(QStringLiteral("copies")).isEmpty(), askedCopies);
     if (askedCopies)
         QCOMPARE(d.callsOf(QStringLiteral("copies")).first().text, QStringLiteral("3"));
-    QCOMPARE(engine.job().parameter.toInt(), cancelled ? engine.job().parameter.toInt() : 7);
+    QCOMPARE(engine.job().parameter.toInt(), refused ? engine.job().parameter.toInt() : 7);
 }
 
-void TestPrintEngine::unknownProcedure()
-{
-    RecordingDialogs d;
-    engine.setPrinterFactory([] { return std::make_unique<CountingPrinter>(true); });
-    QVERIFY(!engine.Drukuj(QStringLiteral("dprzekaz"), 1));
-    QVERIFY(d.saw(QStringLiteral("Nieznana procedura wydruku")));
-    QCOMPARE(m_runs, 0);
-}
-
-void TestPrintEngine::printPdf(const QString &path)
+void TestPrintEngine::printPdf(const QString &path, const QString &procedure)
 {
     engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
-    QVERIFY(engine.Drukuj(QStringLiteral("test"), 1, QPageLayout::Portrait, false, QStringLiteral("Cmd")));
+    QVERIFY(engine.Drukuj(procedure, 1, QPageLayout::Portrait, false, QStringLiteral("Cmd")));
 }
 
 void TestPrintEngine::marginsMoveEverything()
@@ -173,8 +166,7 @@ void TestPrintEngine::wordingWrappedInBox()
         e.DrukSlownie(*Money::parse(u"777 777 777 777,77"), 500, y, 1200);
         endY = y;
     });
-    engine.setPrinterFactory([path] { return std::make_unique<PdfSurface>(path, SafeOutput::Existing::Replace); });
-    QVERIFY(engine.Drukuj(QStringLiteral("slownie"), 1, QPageLayout::Portrait, false, QStringLiteral("Cmd")));
+    printPdf(path, QStringLiteral("slownie"));
     const PdfContent pdf = readPdf(path);
     // Polish letters in bold and italic come back from the PDF as printed.
     QVERIFY(pdf.text().startsWith(QStringLiteral("ZAŻÓŁĆ GĘŚLĄ JAŹŃ zażółć gęślą jaźń jeden tysiąc dwieście "

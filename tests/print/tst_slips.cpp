@@ -5,6 +5,7 @@
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "documents/ChoiceLists.h"
+#include "documents/ZusAccount.h"
 #include "print/CollectiveStatement.h"
 #include "print/PaymentQr.h"
 #include "print/PrinterCalibration.h"
@@ -116,6 +117,8 @@ private Q_SLOTS:
     void amountInBoxesAndWords_data();
     void amountInBoxesAndWords();
     void zusAccountAndPeriod();
+    void zusContributionAccount_data();
+    void zusContributionAccount();
     void taxIdentifierAndPeriod_data();
     void taxIdentifierAndPeriod();
     void partsOnSheets_data();
@@ -237,20 +240,17 @@ void TestSlips::printedText()
 void TestSlips::amountInBoxesAndWords_data()
 {
     QTest::addColumn<int>("kind");
-    QTest::addColumn<Slip::Boxes>("amount");
-    QTest::addColumn<Slip::Boxes>("currency");
     QTest::addColumn<bool>("printed"); // false: the job is told to leave the amount out
-    QTest::newRow("cash deposit") << 1 << Bank.amount << Bank.currency << true;
-    QTest::newRow("ZUS, cash") << 5 << Zus.amount << Zus.currency << true;
-    QTest::newRow("cash deposit, amount left out") << 1 << Bank.amount << Bank.currency << false;
+    QTest::newRow("cash deposit") << 1 << true;
+    QTest::newRow("ZUS, cash") << 5 << true;
+    QTest::newRow("cash deposit, amount left out") << 1 << false;
 }
 
 void TestSlips::amountInBoxesAndWords()
 {
     QFETCH(int, kind);
-    QFETCH(Slip::Boxes, amount);
-    QFETCH(Slip::Boxes, currency);
     QFETCH(bool, printed);
+    const Slip::Boxes amount = kind == 5 ? Zus.amount : Bank.amount, currency = kind == 5 ? Zus.currency : Bank.currency;
     RecordingDialogs d;
     if (!printed)
         PrintEngine::instance().setAmountPrinted(false);
@@ -301,6 +301,50 @@ void TestSlips::zusAccountAndPeriod()
         QCOMPARE(boxText(pdf, Zus.paymentType, corner), wstawiany ? QString() : QStringLiteral("A"));
         QCOMPARE(boxText(pdf, Zus.payer, corner), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
     }
+}
+
+void TestSlips::zusContributionAccount_data()
+{
+    QTest::addColumn<int>("zusAccount");
+    QTest::addColumn<QStringList>("present");
+    QTest::addColumn<QStringList>("absent");
+    QTest::addColumn<QString>("warning"); // part of the box shown before printing; empty: none
+    const QString nrs = QStringLiteral("44600000020260015261040828");
+    QTest::newRow("on the NRS") << int(ZusAccount::Individual)
+                                << QStringList{"Polecenie przelewu", "Zakład Ubezpieczeń Społecznych", "SkładkiZUS",
+                                               "03/2026,dekl.", nrs}
+                                << QStringList{"01. Nr rachunku bankowego ZUS", "Hurtownia"} << "";
+    QTest::newRow("on a closed account")
+        << 1 << QStringList{"01. Nr rachunku bankowego ZUS", "78101010230000261395200000"}
+        << QStringList{"Polecenie przelewu", nrs}
+        << "Rachunek ZUS \"Ubezpieczenie zdrowotne\" zamknięto z końcem 2017 roku";
+}
+
+// A firm with its own contribution account (NRS) pays ZUS with a plain transfer to it.
+void TestSlips::zusContributionAccount()
+{
+    QFETCH(int, zusAccount);
+    QFETCH(QStringList, present);
+    QFETCH(QStringList, absent);
+    QFETCH(QString, warning);
+    RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    PaymentDocument doc = sampleDocument(5);
+    doc.zus.nrRachunku = qint16(zusAccount);
+    QCOMPARE(ZusAccount::transferTitle(doc.zus), QStringLiteral("Składki ZUS 03/2026, dekl. 01, typ S"));
+    const PdfContent pdf = print(doc, {}, QStringLiteral("dprzelewZus"));
+    QVERIFY(pdf.ok);
+    // Account and title stand one character per box: compare without the gaps between them.
+    const QString text = pdf.text().simplified();
+    const QString digits = QString(text).remove(QLatin1Char(' '));
+    for (const QString &p : present)
+        QVERIFY2(text.contains(p) || digits.contains(p), qPrintable(p));
+    for (const QString &a : absent)
+        QVERIFY2(!text.contains(a) && !digits.contains(a), qPrintable(a));
+    QCOMPARE(d.saw(QStringLiteral("zamknięto z końcem 2017")), !warning.isEmpty());
+    QVERIFY(warning.isEmpty() || d.saw(warning));
 }
 
 void TestSlips::taxIdentifierAndPeriod_data()
@@ -354,19 +398,18 @@ void TestSlips::partsOnSheets_data()
     QTest::addColumn<int>("cztery");
     QTest::addColumn<int>("naStronie");
     QTest::addColumn<QList<bool>>("answers");
-    QTest::addColumn<int>("questions");
     QTest::addColumn<int>("pages");
     QTest::addColumn<QPointF>("secondPart"); // where the second part stands from the first
     const QPointF below(0, Slip::StackedPitch);
     // Four parts fill a landscape sheet: on plain paper they shrink to stay off its edges.
     const qreal shrunk = (11906 - 2 * PrintEngine::SafeMargin) / 11906;
-    QTest::newRow("two parts") << 0 << 0 << QList<bool>{} << 0 << 1 << below;
-    QTest::newRow("four parts, two sheets") << 1 << 0 << QList<bool>{} << 0 << 2 << below;
+    QTest::newRow("two parts") << 0 << 0 << QList<bool>{} << 1 << below;
+    QTest::newRow("four parts, two sheets") << 1 << 0 << QList<bool>{} << 2 << below;
     QTest::newRow("four on A4, down the columns")
-        << 1 << 1 << QList<bool>{true} << 1 << 1 << QPointF(0, Slip::GridRow) * shrunk;
+        << 1 << 1 << QList<bool>{true} << 1 << QPointF(0, Slip::GridRow) * shrunk;
     QTest::newRow("four on A4, along the rows")
-        << 1 << 1 << QList<bool>{false, true} << 2 << 1 << QPointF(Slip::GridColumn, 0) * shrunk;
-    QTest::newRow("four on A4 refused") << 1 << 1 << QList<bool>{false, false} << 2 << 2 << below;
+        << 1 << 1 << QList<bool>{false, true} << 1 << QPointF(Slip::GridColumn, 0) * shrunk;
+    QTest::newRow("four on A4 refused") << 1 << 1 << QList<bool>{false, false} << 2 << below;
 }
 
 void TestSlips::partsOnSheets()
@@ -374,15 +417,14 @@ void TestSlips::partsOnSheets()
     QFETCH(int, cztery);
     QFETCH(int, naStronie);
     QFETCH(QList<bool>, answers);
-    QFETCH(int, questions);
     QFETCH(int, pages);
     QFETCH(QPointF, secondPart);
     RecordingDialogs d;
     d.answers = answers;
     PrintEngine::instance().setNextCopies(2); // the answer holds for every copy
     const PdfContent pdf = print(sampleDocument(1), Settings{.cztery = cztery, .naStronie = naStronie});
-    QCOMPARE(d.callsOf(QStringLiteral("question")).size(), questions);
-    if (questions > 0)
+    QCOMPARE(d.callsOf(QStringLiteral("question")).size(), answers.size());
+    if (!answers.isEmpty())
         QCOMPARE(d.callsOf(QStringLiteral("question")).first().text,
                  QStringLiteral("Czy drukować odcinki w pionie ?"));
     QCOMPARE(pdf.pages, 2 * pages);

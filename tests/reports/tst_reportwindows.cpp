@@ -25,7 +25,6 @@ private Q_SLOTS:
     void oneCriteriaWindowForTheFourLists();
     void report_data();
     void report();
-    void saveAndPrint();
 
 private:
     QWidget *criteria(int list);
@@ -137,12 +136,9 @@ void TestReportWindows::report()
     QVERIFY(child<QLabel>(report, QStringLiteral("lblnaglowek"))->text().contains(caption));
     QCOMPARE(stored(QStringLiteral("SELECT count(*) FROM kontrahenci WHERE WYBRANY<>0")), QStringLiteral("0"));
     QVERIFY(d.calls.isEmpty());
-}
-
-void TestReportWindows::saveAndPrint()
-{
-    RecordingDialogs d;
-    QWidget *report = run(0, QStringLiteral("01-03-2005"), QStringLiteral("31-03-2005"), {});
+    if (!ticked.isEmpty())
+        return;
+    // Saved twice: the second workbook takes a free name beside the first.
     const QString folder = QFileInfo(firmFile()).absolutePath();
     for (const QString &name : {QStringLiteral("Lista Przelewów bankowych.xlsx"),
                                 QStringLiteral("Lista Przelewów bankowych_1.xlsx")}) {
@@ -157,7 +153,8 @@ void TestReportWindows::saveAndPrint()
     click(report, QStringLiteral("cmddrukuj"));
     QCOMPARE(d.callsOf(QStringLiteral("copies")).size(), 1);
     const QString text = readPdf(pdf).text();
-    QVERIFY2(text.contains(QStringLiteral("Ogółem")) && text.contains(QStringLiteral("60,00")) && text.contains(QStringLiteral("strona nr: 1")),
+    QVERIFY2(text.contains(QStringLiteral("Ogółem")) && text.contains(QStringLiteral("60,00")) &&
+                 text.contains(QStringLiteral("strona nr: 1")),
              qPrintable(text));
 }
 

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTest>
 
 TestEnv::TestEnv()
@@ -67,4 +68,30 @@ QString programPath()
 {
     const QString dir = qEnvironmentVariable("ZLECANKI_BINARY_DIR");
     return (dir.isEmpty() ? QStringLiteral(".") : dir) + QStringLiteral("/src/zlecanki");
+}
+
+TestEnv::Run TestEnv::run(const QStringList &args) const
+{
+    QProcess p;
+    p.setProcessEnvironment(processEnvironment());
+    p.start(programPath(), args);
+    Run r;
+    if (!p.waitForFinished(60000))
+        return r;
+    r.code = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }

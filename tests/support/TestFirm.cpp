@@ -16,6 +16,7 @@
 
 #include <bitset>
 #include <memory>
+#include <utility>
 
 FirmData sampleFirm()
 {
@@ -89,6 +90,28 @@ bool openNewFirm(const QString &path, const std::optional<FirmData> &firm)
     return !firm || FirmStore::save(Db(), *firm, std::bitset<Accounts::Count>().set());
 }
 
+bool createFirm(const QString &path, const QStringList &statements)
+{
+    QString error;
+    if (!FirmDatabase::create(path, &error)) {
+        qWarning("%s", qPrintable(error));
+        return false;
+    }
+    bool ok = true;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("createFirm"));
+        db.setDatabaseName(path);
+        ok = db.open();
+        for (const QString &statement : statements)
+            if (ok && !QSqlQuery(db).exec(statement)) {
+                qWarning("%s", qPrintable(statement));
+                ok = false;
+            }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("createFirm"));
+    return ok;
+}
+
 PaymentDocument sampleDocument(int kind, QDate issued)
 {
     PaymentDocument d = PaymentDocument::newDocument(qint16(kind), issued);
@@ -110,6 +133,19 @@ void printToPdf(const QString &pdf)
     registerSlipDrivers();
     registerReportDriver();
     PrintEngine::instance().setPrinterFactory([pdf] { return std::make_unique<PdfSurface>(pdf, SafeOutput::Existing::Replace); });
+}
+
+void printToPdf(const QString &pdf, QStringList *jobs)
+{
+    printToPdf(pdf);
+    for (const auto &[word, driver] : {std::pair{QStringLiteral("dprzelew"), &DrukDokumentu},
+                                       std::pair{QStringLiteral("dprzelewZus"), &DrukDokumentuZus}})
+        PrintEngine::instance().setDriver(word, [word, driver, jobs](PrintEngine &e) {
+            const bool wide = e.job().orientation == QPageLayout::Landscape;
+            *jobs << word + (wide ? QStringLiteral(" landscape ") : QStringLiteral(" portrait ")) +
+                         e.job().parameter.toString();
+            driver(e);
+        });
 }
 
 QString stored(const QString &sql)

@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -34,11 +35,17 @@ QString emptiedServerSchema(const QString &schema);
 // given, stores it with every account.
 bool openNewFirm(const QString &path, const std::optional<FirmData> &firm = std::nullopt);
 
+// Creates a firm file at `path` without opening it and runs `statements` on it, each one whole.
+bool createFirm(const QString &path, const QStringList &statements = {});
+
 // A document of `kind` as users fill it in: recipient in Kraków, amount 1234,50.
 PaymentDocument sampleDocument(int kind, QDate issued = QDate(2026, 3, 5));
 
 // Registers the slip drivers and sends every printout to the PDF file `pdf`.
 void printToPdf(const QString &pdf);
+// The same, and notes each document job in `jobs`: procedure word, orientation and the
+// document's id ("dprzelew landscape 12"), so a test sees which layout a command chose.
+void printToPdf(const QString &pdf, QStringList *jobs);
 
 // The first value of a query on the open firm ("SELECT A || '|' || B ..."), "<brak>" when none.
 QString stored(const QString &sql);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QString>
@@ -27,4 +28,14 @@ inline void fill(QWidget *window, std::initializer_list<std::pair<const char *, 
 inline void click(QWidget *window, const QString &name)
 {
     child<QPushButton>(window, name)->click();
+}
+
+// The shown top-level window of type T, such as one a command has just opened; nullptr when none.
+template <typename T>
+T *shownWindow()
+{
+    for (QWidget *top : QApplication::topLevelWidgets())
+        if (auto *w = qobject_cast<T *>(top); w && w->isVisible())
+            return w;
+    return nullptr;
 }

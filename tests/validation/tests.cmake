@@ -1,3 +1,2 @@
-zlecanki_test(tst_sprawdz validation/tst_sprawdz.cpp)
 zlecanki_ui_test(tst_fieldcheck validation/tst_fieldcheck.cpp)
 zlecanki_test(tst_checkdigits validation/tst_checkdigits.cpp)

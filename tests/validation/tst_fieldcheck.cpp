@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <string_view>
 #include <tuple>
 
 // A window with tagged fields on two tab pages, created in one order and tabbed through in
@@ -22,22 +21,18 @@ public:
     Form()
     {
         auto *layout = new QVBoxLayout(this);
-        tabs = new QTabWidget(this);
-        layout->addWidget(tabs);
-        QWidget *pages[] = {new QWidget, new QWidget};
-        tabs->addTab(pages[0], QStringLiteral("Dokument"));
-        tabs->addTab(pages[1], QStringLiteral("Odbiorca"));
-        auto *forms = new QFormLayout(pages[0]);
-        auto *recipient = new QFormLayout(pages[1]);
-        for (const auto &[name, kind, label] :
-             {std::tuple{"txtdata", "data", "Data:"}, {"txtkod", "kodpoczt", "Kod:"}, {"txtnip", "nip", "NIP:"},
-              {"txtwartosc", "cur", "Wartość:"}, {"txtnazwa", "", "Nazwa:"}}) {
+        layout->addWidget(tabs = new QTabWidget(this));
+        QFormLayout *pages[] = {new QFormLayout(new QWidget), new QFormLayout(new QWidget)};
+        tabs->addTab(pages[0]->parentWidget(), QStringLiteral("Dokument"));
+        tabs->addTab(pages[1]->parentWidget(), QStringLiteral("Odbiorca"));
+        for (const auto &[name, kind, label, page] :
+             {std::tuple{"txtdata", "data", "Data:", 0}, {"txtkod", "kodpoczt", "Kod:", 1},
+              {"txtnip", "nip", "NIP:", 1}, {"txtwartosc", "cur", "Wartość:", 0}, {"txtnazwa", "", "Nazwa:", 1}}) {
             auto *f = new QLineEdit(this);
             f->setObjectName(QLatin1String(name));
             if (*kind)
                 FieldCheck::setKind(f, QLatin1String(kind));
-            const bool first = std::string_view(name) == "txtdata" || std::string_view(name) == "txtwartosc";
-            (first ? forms : recipient)->addRow(QString::fromUtf8(label), f);
+            pages[page]->addRow(QString::fromUtf8(label), f);
         }
         FieldCheck::setLimit(field("txtnazwa"), 20);
         auto *hidden = new QLineEdit(QStringLiteral("12,34,5"), this);
@@ -140,23 +135,18 @@ void TestFieldCheck::requiredFields()
 
 void TestFieldCheck::typingIsFiltered()
 {
-    QLineEdit *kod = m_form->field("txtkod");
+    // The window's own key filter: quotes refused with a beep, Backspace and Polish letters
+    // (sent as text alone) let through.
     QLineEdit *nazwa = m_form->field("txtnazwa");
-    FieldCheck::installKeyFilter(kod, 3);
     FieldCheck::installKeyFilter(nazwa, 5);
-    QTest::keyClicks(kod, QStringLiteral("0a0-9x50"));
-    QCOMPARE(kod->text(), QStringLiteral("00-950"));
-    QTest::keyClick(kod, Qt::Key_Backspace);
-    QCOMPARE(kod->text(), QStringLiteral("00-95"));
-    QTest::keyClicks(nazwa, QStringLiteral("O'Brien \"Lodz\" "));
+    QTest::keyClicks(nazwa, QStringLiteral("O'Brien \"Lodz\" x"));
+    QTest::keyClick(nazwa, Qt::Key_Backspace);
     for (const QString &letter : {QStringLiteral("Ł"), QStringLiteral("ó")}) {
         QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, letter);
         QApplication::sendEvent(nazwa, &press);
     }
     QCOMPARE(nazwa->text(), QStringLiteral("OBrien Lodz Łó"));
     QCOMPARE(m_dialogs->beeps, 3);
-
-    kod->clear();
 
     // Leaving a date or an amount puts it in the program's form.
     QLineEdit *data = m_form->field("txtdata");

@@ -142,11 +142,10 @@ int printCommand(const QStringList &args)
         err(Usage);
         return 2;
     }
-    // A file here, or else a firm of the databases folder by its file name.
-    const QString firm =
-        QFileInfo::exists(o.firm) ? QFileInfo(o.firm).absoluteFilePath() : resolveFirmPath(o.firm);
-    if (!QFileInfo::exists(firm)) {
-        err(QStringLiteral("Nie ma pliku firmy: %1").arg(QDir::toNativeSeparators(o.firm)));
+    QString missing;
+    const QString firm = firmForCommand(o.firm, &missing);
+    if (firm.isEmpty()) {
+        err(missing);
         return 1;
     }
     if (!o.queue.isEmpty() && QPrinterInfo::printerInfo(o.queue).isNull()) {
