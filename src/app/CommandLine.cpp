@@ -407,7 +407,8 @@ StartOptions parseStart(const QStringList &args)
             o.error = QStringLiteral("Nieznana opcja: %1 (zlecanki --help opisuje wszystkie)").arg(a);
             return o;
         } else if (o.firmFile.isEmpty()) {
-            o.firmFile = QFileInfo(a).absoluteFilePath();
+            // A firm on a server is named by its address, which is no path.
+            o.firmFile = Dialect::isAddress(a) ? a.trimmed() : QFileInfo(a).absoluteFilePath();
         } else {
             o.error = QStringLiteral("Można podać tylko jeden plik firmy.");
             return o;

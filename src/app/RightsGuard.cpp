@@ -13,7 +13,8 @@ namespace {
 const QList<QPair<QString, QStringList>> &areaCommands()
 {
     static const QList<QPair<QString, QStringList>> map = {
-        {QStringLiteral("Admin"), {QStringLiteral("mnuochrona"), QStringLiteral("mnufirmabiz"), QStringLiteral("mnuImportWin")}},
+        {QStringLiteral("Admin"), {QStringLiteral("mnuochrona"), QStringLiteral("mnufirmabiz"), QStringLiteral("mnuImportWin"),
+                                    QStringLiteral("mnufirmaserwer")}},
         {QStringLiteral("Dane firmy"), {QStringLiteral("mnufirmadane")}},
         {QStringLiteral("Dokumenty"), {QStringLiteral("mnudokumentybar")}},
         {QStringLiteral("Raporty"), {QStringLiteral("mnuraportybar")}},

@@ -6,7 +6,9 @@
 #include "Help.h"
 #include "Messages.h"
 #include "base/ui/WindowUtil.h"
+#include "db/Dialect.h"
 #include "db/FirmDatabase.h"
+#include "db/ServerFirms.h"
 #include "exchange/basKONTORIAN.h"
 
 #include <QDir>
@@ -57,6 +59,12 @@ frmFirmaOpen::frmFirmaOpen(QWidget *parent) : QWidget(parent)
     auto *buttons = new QHBoxLayout;
     auto *file = new QPushButton(QStringLiteral("&Inny plik..."), this);
     file->setObjectName(QStringLiteral("cmdplik"));
+    auto *server = new QPushButton(QStringLiteral("&Firma na serwerze..."), this);
+    server->setObjectName(QStringLiteral("cmdFirmaSerwer"));
+    server->setToolTip(QStringLiteral("Firma w bazie PostgreSQL biura, podana adresem"));
+    m_forget = new QPushButton(QStringLiteral("Usuń z &listy"), this);
+    m_forget->setObjectName(QStringLiteral("cmdUsunZListy"));
+    m_forget->setToolTip(QStringLiteral("Zdejmuje firmę na serwerze z tej listy; jej dane zostają na serwerze"));
     auto *ok = new QPushButton(Msg(1), this);
     ok->setObjectName(QStringLiteral("cmdok"));
     ok->setDefault(true);
@@ -65,6 +73,8 @@ frmFirmaOpen::frmFirmaOpen(QWidget *parent) : QWidget(parent)
     auto *help = new QPushButton(Msg(3), this);
     help->setObjectName(QStringLiteral("cmdpomoc"));
     buttons->addWidget(file);
+    buttons->addWidget(server);
+    buttons->addWidget(m_forget);
     buttons->addStretch();
     buttons->addWidget(ok);
     buttons->addWidget(cancel);
@@ -74,6 +84,9 @@ frmFirmaOpen::frmFirmaOpen(QWidget *parent) : QWidget(parent)
     connect(ok, &QPushButton::clicked, this, &frmFirmaOpen::chooseSelected);
     connect(m_list, &QListWidget::itemActivated, this, &frmFirmaOpen::chooseSelected);
     connect(file, &QPushButton::clicked, this, &frmFirmaOpen::chooseFile);
+    connect(server, &QPushButton::clicked, this, &frmFirmaOpen::chooseServer);
+    connect(m_forget, &QPushButton::clicked, this, &frmFirmaOpen::forgetServer);
+    connect(m_list, &QListWidget::currentRowChanged, this, &frmFirmaOpen::updateButtons);
     connect(cancel, &QPushButton::clicked, this, [this] { closeWindow(this); });
     connect(help, &QPushButton::clicked, this, [] { Help::show(QStringLiteral("Spis")); });
     refresh();
@@ -86,7 +99,7 @@ void frmFirmaOpen::refresh()
     auto add = [this](const QString &text, const QString &path) {
         auto *item = new QListWidgetItem(text, m_list);
         item->setData(Qt::UserRole, path);
-        item->setToolTip(QDir::toNativeSeparators(path));
+        item->setToolTip(ServerFirms::shown(path));
     };
     add(StandardFirmName, standardFirmPath());
     // The suite's firms; one without a database of this program yet gets it when chosen.
@@ -108,13 +121,26 @@ void frmFirmaOpen::refresh()
         add(name.isEmpty() ? fi.completeBaseName() : name + QStringLiteral("  (") + fi.fileName() + QLatin1Char(')'),
             fi.absoluteFilePath());
     }
+    // The office's firms on a server, each under the name it gives itself (a server out of
+    // reach leaves its address alone on the line).
+    for (const QString &address : ServerFirms::remembered()) {
+        const QString name = firmName(address);
+        add(name.isEmpty() ? address : name + QStringLiteral("  (") + address + QLatin1Char(')'), address);
+    }
     const int current = [&] {
         for (int i = 0; i < m_list->count(); ++i)
-            if (m_list->item(i)->data(Qt::UserRole).toString() == firmFile())
+            if (ServerFirms::same(m_list->item(i)->data(Qt::UserRole).toString(), firmFile()))
                 return i;
         return 0;
     }();
     m_list->setCurrentRow(current);
+    updateButtons();
+}
+
+void frmFirmaOpen::updateButtons()
+{
+    const QListWidgetItem *item = m_list->currentItem();
+    m_forget->setEnabled(item && Dialect::isAddress(item->data(Qt::UserRole).toString()));
 }
 
 void frmFirmaOpen::choose(const QString &path)
@@ -160,4 +186,45 @@ void frmFirmaOpen::chooseFile()
                                                 QStringLiteral("Bazy przelewów (*.zlc *.mdb *.MDB);;Wszystkie pliki (*)"));
     if (!path.isEmpty())
         choose(path);
+}
+
+void frmFirmaOpen::chooseServer()
+{
+    // Offered: the chosen server firm, else the last one opened here.
+    QString offer = QStringLiteral("postgresql://serwer:5432/biuro?schema=firma");
+    const QListWidgetItem *item = m_list->currentItem();
+    const QStringList servers = ServerFirms::remembered();
+    if (item && Dialect::isAddress(item->data(Qt::UserRole).toString()))
+        offer = item->data(Qt::UserRole).toString();
+    else if (!servers.isEmpty())
+        offer = servers.last();
+    const std::optional<QString> given =
+        dialogs().input(QStringLiteral("Adres firmy na serwerze PostgreSQL\n"
+                                       "(postgresql://serwer:port/baza?schema=firma, hasło w pliku ~/.pgpass):"),
+                        QStringLiteral("Firma na serwerze"), offer);
+    if (!given || given->trimmed().isEmpty())
+        return;
+    QString error;
+    const auto address = Dialect::parseAddress(*given, &error);
+    if (!address) {
+        dialogs().exclamation(error, Msg(51));
+        return;
+    }
+    choose(Dialect::addressText(*address));
+}
+
+void frmFirmaOpen::forgetServer()
+{
+    const QListWidgetItem *item = m_list->currentItem();
+    const QString address = item ? item->data(Qt::UserRole).toString() : QString();
+    if (!Dialect::isAddress(address)) {
+        dialogs().beep();
+        return;
+    }
+    if (!dialogs().question(QStringLiteral("Usunąć z listy firmę\n") + item->text() +
+                                QStringLiteral("?\nJej dane na serwerze pozostaną bez zmian."),
+                            QStringLiteral("Otwórz firmę")))
+        return;
+    ServerFirms::forget(address);
+    refresh();
 }

@@ -3,9 +3,11 @@
 #include <QWidget>
 
 class QListWidget;
+class QPushButton;
 
-// "Otwórz firmę...": the firms in the databases folder, "Firma standardowa" first, or any
-// other firm file chosen from the disk.
+// "Otwórz firmę...": the firms in the databases folder, "Firma standardowa" first, the
+// firms on a server opened here before, any other firm file chosen from the disk, or a firm
+// on a server given by its address.
 class frmFirmaOpen : public QWidget {
     Q_OBJECT
 public:
@@ -19,5 +21,9 @@ private:
     void choose(const QString &path);
     void chooseSelected();
     void chooseFile();
+    void chooseServer();
+    void forgetServer();
+    void updateButtons();
     QListWidget *m_list = nullptr;
+    QPushButton *m_forget = nullptr;
 };

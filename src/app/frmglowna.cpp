@@ -8,7 +8,9 @@
 #include "SettingsStore.h"
 #include "StartupSettings.h"
 #include "DateText.h"
+#include "db/Dialect.h"
 #include "db/FirmDatabase.h"
+#include "db/ServerFirms.h"
 #include "documents/ui/frmKontrahenci.h"
 #include "documents/ui/frmZbiorowka.h"
 #include "documents/EntryRules.h"
@@ -171,6 +173,8 @@ void frmglowna::buildMenus()
     system->setObjectName(QStringLiteral("mnusystembar"));
     system->menuAction()->setObjectName(QStringLiteral("mnusystembar"));
     addCommand(system, QStringLiteral("mnufirmabiz"), QStringLiteral("Nowa firma"), [this] { newFirm(); });
+    addCommand(system, QStringLiteral("mnufirmaserwer"), QStringLiteral("Nowa firma na &serwerze..."),
+               [this] { newServerFirm(); });
     addCommand(system, QStringLiteral("mnuopen"), QStringLiteral("Otwórz firmę..."), [this] { openFirmWindow(); });
     m_firmActions << addCommand(system, QStringLiteral("mnufirmadane"), QStringLiteral("Dane firmy"), [this] {
         auto *window = new frmfirma;
@@ -581,6 +585,8 @@ bool frmglowna::openFirm(const QString &path)
     if (!OpenDb(path))
         return false;
     SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), firmFile());
+    // A firm on a server has no file in the databases folder: the firm list keeps its address.
+    ServerFirms::remember(firmFile());
     return true;
 }
 
@@ -616,6 +622,36 @@ void frmglowna::newFirm()
         return;
     }
     openFirm(path);
+}
+
+void frmglowna::newServerFirm()
+{
+    // Offered: the server and database of the last server firm, for a firm of a new name.
+    QString offer = QStringLiteral("postgresql://serwer:5432/biuro?schema=nowa_firma");
+    const QStringList servers = ServerFirms::remembered();
+    if (!servers.isEmpty())
+        if (auto last = Dialect::parseAddress(servers.last())) {
+            last->schema = QStringLiteral("nowa_firma");
+            offer = Dialect::addressText(*last);
+        }
+    const std::optional<QString> given =
+        dialogs().input(QStringLiteral("Adres nowej firmy na serwerze PostgreSQL\n"
+                                       "(postgresql://serwer:port/baza?schema=firma, hasło w pliku ~/.pgpass):"),
+                        QStringLiteral("Nowa firma na serwerze"), offer);
+    if (!given || given->trimmed().isEmpty())
+        return;
+    QString error;
+    const auto address = Dialect::parseAddress(*given, &error);
+    if (!address) {
+        dialogs().exclamation(error, Msg(51));
+        return;
+    }
+    const QString text = Dialect::addressText(*address);
+    if (!FirmDatabase::create(text, &error)) {
+        dialogs().exclamation(error, Msg(51));
+        return;
+    }
+    openFirm(text);
 }
 
 void frmglowna::openFirmWindow()

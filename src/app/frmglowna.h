@@ -70,6 +70,7 @@ private:
     void updateClock();
     void updateWindowList();
     void newFirm();
+    void newServerFirm();
     void openFirmWindow();
     void toggleToolbar(bool on);
     void toggleStatus(bool on);

@@ -5,6 +5,8 @@
 #include "Messages.h"
 #include "SettingsStore.h"
 #include "Version.h"
+#include "db/Dialect.h"
+#include "db/ServerFirms.h"
 #include "base/ui/WindowUtil.h"
 
 #include <QDir>
@@ -19,8 +21,12 @@ frmhotline::frmhotline(QWidget *parent) : QWidget(parent)
     setObjectName(QStringLiteral("frmhotline"));
     setWindowTitle(QStringLiteral("Gorąca linia"));
     auto *layout = new QVBoxLayout(this);
-    auto *intro = new QLabel(QStringLiteral("Zanim zadzwonisz do pomocy technicznej, przygotuj poniższe dane.\n"
-                                            "Kopię zapasową zrób, kopiując cały folder baz firm."),
+    // A firm on a server is not in the databases folder: its copy is made on the server.
+    const bool onServer = isFirmOpen() && Dialect::isAddress(firmFile());
+    auto *intro = new QLabel(QStringLiteral("Zanim zadzwonisz do pomocy technicznej, przygotuj poniższe dane.\n") +
+                                 (onServer ? QStringLiteral("Kopię zapasową firmy na serwerze robi administrator "
+                                                            "serwera (pg_dump).")
+                                           : QStringLiteral("Kopię zapasową zrób, kopiując cały folder baz firm.")),
                              this);
     auto *details = new QTextBrowser(this);
     details->setObjectName(QStringLiteral("txtdane"));
@@ -29,7 +35,7 @@ frmhotline::frmhotline(QWidget *parent) : QWidget(parent)
     text += QStringLiteral("System: ") + QSysInfo::prettyProductName() + QStringLiteral(", Qt ") +
             QLatin1String(qVersion()) + QLatin1Char('\n');
     text += QStringLiteral("Otwarta firma: ") +
-            (isFirmOpen() ? QDir::toNativeSeparators(firmFile()) : QStringLiteral("brak")) + QLatin1Char('\n');
+            (isFirmOpen() ? ServerFirms::shown(firmFile()) : QStringLiteral("brak")) + QLatin1Char('\n');
     text += QStringLiteral("Folder baz firm: ") + QDir::toNativeSeparators(s.bazyPath) + QLatin1Char('\n');
     text += QStringLiteral("Plik ustawień: ") + QDir::toNativeSeparators(SettingsStore::fileName(SettingsStore::App));
     details->setPlainText(text);

@@ -80,8 +80,10 @@ QString refusal(const QString &path, Existing existing)
         return QStringLiteral("Nie ma folderu %1.").arg(native(folder));
     // Every database this process has open: the firm of the windows, or one opened by a
     // calling program through the automation.
+    // A server's connection names a database on the server, not a file here.
     for (const QString &connection : QSqlDatabase::connectionNames()) {
-        if (samePath(path, QSqlDatabase::database(connection, false).databaseName()))
+        const QSqlDatabase db = QSqlDatabase::database(connection, false);
+        if (db.driverName() == QLatin1String("QSQLITE") && samePath(path, db.databaseName()))
             return QStringLiteral("Plik %1 jest otwartą bazą firmy; wybierz inny plik.").arg(native(path));
     }
     // The settings folder holds the settings files and the users file.

@@ -3,6 +3,7 @@
 #include "Dialogs.h"
 #include "SafeOutput.h"
 #include "SettingsStore.h"
+#include "db/ServerFirms.h"
 
 #include <QDir>
 #include <QFile>
@@ -65,8 +66,7 @@ QString fileNameSetting()
 
 QString firmFolder(const QString &databaseFile)
 {
-    const qsizetype slash = databaseFile.lastIndexOf(QLatin1Char('/'));
-    return slash < 0 ? QString() : databaseFile.left(slash + 1);
+    return ServerFirms::localFolder(databaseFile);
 }
 
 QString filePath(const QString &databaseFile)

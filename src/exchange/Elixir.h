@@ -15,7 +15,8 @@ namespace Elixir {
 // The file name from the settings ("Zlecanki"/"Load"/"PlikElixir"); never written by the
 // program, "Przelew.pli" by default.
 QString fileNameSetting();
-// The firm's folder: the database's full file name up to and including its last "/".
+// The firm's folder: the database's full file name up to and including its last "/"; for a
+// firm on a server, a local folder of its own.
 QString firmFolder(const QString &databaseFile);
 // Where the firm's Elixir file is: the firm's folder followed by the name setting (a name
 // that is already a full path stays as it is).

@@ -18,6 +18,7 @@ faults = []
 # Commands that open no window of their own: they are checked for being enabled only.
 NO_WINDOW = {
     "Nowa firma",  # asks for a file name first
+    "Nowa firma na serwerze...",  # asks for the address first
     "Zamknij firmę",
     "Koniec",
     "Toolbar",

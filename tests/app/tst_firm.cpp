@@ -7,6 +7,8 @@
 #include "db/Structure.h"
 #include "documents/Firm.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSqlError>
@@ -178,6 +180,9 @@ void TestFirm::startOptions_data()
     QTest::newRow("automation") << QStringList{"--automation"} << "" << QDate() << true;
     QTest::newRow("unknown") << QStringList{"--xyz"} << "Nieznana opcja" << QDate() << false;
     QTest::newRow("two files") << QStringList{"a.zlc", "b.zlc"} << "tylko jeden plik" << QDate() << false;
+    QTest::newRow("firm file") << QStringList{"a.zlc"} << "" << QDate() << false;
+    QTest::newRow("firm on a server") << QStringList{"postgresql://serwer:5432/biuro?schema=kowalski"} << ""
+                                      << QDate() << false;
 }
 
 void TestFirm::startOptions()
@@ -191,6 +196,9 @@ void TestFirm::startOptions()
     if (error.isEmpty()) {
         QCOMPARE(o.today.value_or(QDate()), today);
         QCOMPARE(o.automation, automation);
+        // A file is taken from the current folder, an address as it is.
+        const QString firm = args.value(0).startsWith(QLatin1String("--")) ? QString() : args.value(0);
+        QCOMPARE(o.firmFile, firm.endsWith(QLatin1String(".zlc")) ? QDir::current().absoluteFilePath(firm) : firm);
     }
 }
 

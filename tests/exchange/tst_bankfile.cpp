@@ -1,3 +1,4 @@
+#include "AppState.h"
 #include "documents/Firm.h"
 #include "RecordingDialogs.h"
 #include "TestEnv.h"
@@ -11,6 +12,9 @@
 #include "documents/ZusAccount.h"
 
 #include <QBuffer>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
 #include <QFile>
 #include <QProcess>
 #include <QSqlQuery>
@@ -430,6 +434,27 @@ void TestBankFile::fileStep()
     QVERIFY(!Elixir::issueStep(Db(), firmFile(), 1));
     QVERIFY(d.saw(QStringLiteral("otwartą bazą firmy")));
     SettingsStore::remove(SettingsStore::App, SettingsStore::Load, QStringLiteral("PlikElixir"));
+
+    // Firms on a server: each its own local folder, never a path made of the address.
+    if (testServer().isEmpty())
+        return;
+    const auto bankFiles = [] {
+        QStringList found;
+        for (QDirIterator it(appState().bazyPath, {QStringLiteral("Przelew.pli")}, QDir::Files,
+                             QDirIterator::Subdirectories);
+             it.hasNext();)
+            found << it.next();
+        return found;
+    };
+    const QStringList before = bankFiles();
+    for (const QString &schema : {QStringLiteral("pli_a"), QStringLiteral("pli_b")}) {
+        const QString address = emptiedServerSchema(schema);
+        QVERIFY(FirmDatabase::create(address, nullptr));
+        QVERIFY(OpenDb(address));
+        QVERIFY(Elixir::issueStep(Db(), firmFile(), 1));
+    }
+    QCOMPARE(bankFiles().size(), before.size() + 2);
+    QVERIFY(!QFileInfo::exists(QStringLiteral("postgresql:")));
     CloseDb();
 }
 

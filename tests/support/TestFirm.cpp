@@ -72,6 +72,20 @@ QString firmLocation(const QString &path)
     return address;
 }
 
+QString emptiedServerSchema(const QString &schema)
+{
+    const auto address = Dialect::parseAddress(testServer());
+    if (testServer().isEmpty() || !address)
+        return {};
+    if (Dialect::connect(*address, QStringLiteral("test-server"), nullptr))
+        QSqlQuery(QSqlDatabase::database(QStringLiteral("test-server"), false))
+            .exec(QStringLiteral("DROP SCHEMA IF EXISTS ") + schema + QStringLiteral(" CASCADE"));
+    FirmDatabase::close(QStringLiteral("test-server"));
+    Dialect::Address firm = *address;
+    firm.schema = schema;
+    return Dialect::addressText(firm);
+}
+
 bool openNewFirm(const QString &path, const std::optional<FirmData> &firm)
 {
     QString error;

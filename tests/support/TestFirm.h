@@ -21,6 +21,9 @@ bool firmsOnServer();
 // Where the test firm called `path` lives: the path itself, or (on the server) the address of
 // a schema of its own, emptied when first asked for.
 QString firmLocation(const QString &path);
+// The address of a firm schema `schema` on the test server, dropped first so that it is
+// empty; empty when there is no server.
+QString emptiedServerSchema(const QString &schema);
 // For initTestCase: skips a server run when no server was started.
 #define SKIP_WITHOUT_SERVER()                                                                                  \
     do {                                                                                                       \

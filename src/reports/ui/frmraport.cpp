@@ -6,6 +6,7 @@
 #include "Help.h"
 #include "Messages.h"
 #include "reports/ReportWorkbook.h"
+#include "db/ServerFirms.h"
 #include "base/ui/WindowUtil.h"
 #include "documents/ui/WindowFields.h"
 #include "print/PrintEngine.h"
@@ -107,7 +108,9 @@ QString frmraport::saveWorkbook()
         dialogs().beep();
         return {};
     }
-    const QString folder = QFileInfo(firmFile()).absolutePath();
+    // Beside the firm's file; a firm on a server has a local folder of its own.
+    QString folder = ServerFirms::localFolder(firmFile());
+    folder.chop(1);
     const QString path = ReportWorkbook::freeFileName(folder, Reports::reportName(m_criteria.kindIndex));
     QString error;
     QApplication::setOverrideCursor(Qt::WaitCursor);
