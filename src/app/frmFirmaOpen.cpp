@@ -198,19 +198,24 @@ void frmFirmaOpen::chooseServer()
         offer = item->data(Qt::UserRole).toString();
     else if (!servers.isEmpty())
         offer = servers.last();
-    const std::optional<QString> given =
-        dialogs().input(QStringLiteral("Adres firmy na serwerze PostgreSQL\n"
-                                       "(postgresql://serwer:port/baza?schema=firma, hasło w pliku ~/.pgpass):"),
-                        QStringLiteral("Firma na serwerze"), offer);
+    if (const auto address = askServerAddress(QStringLiteral("Adres firmy na serwerze PostgreSQL"),
+                                              QStringLiteral("Firma na serwerze"), offer))
+        choose(*address);
+}
+
+std::optional<QString> askServerAddress(const QString &prompt, const QString &title, const QString &offer)
+{
+    const std::optional<QString> given = dialogs().input(
+        prompt + QStringLiteral("\n(postgresql://serwer:port/baza?schema=firma, hasło w pliku ~/.pgpass):"), title, offer);
     if (!given || given->trimmed().isEmpty())
-        return;
+        return std::nullopt;
     QString error;
     const auto address = Dialect::parseAddress(*given, &error);
     if (!address) {
         dialogs().exclamation(error, Msg(51));
-        return;
+        return std::nullopt;
     }
-    choose(Dialect::addressText(*address));
+    return Dialect::addressText(*address);
 }
 
 void frmFirmaOpen::forgetServer()

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QListWidget;
 class QPushButton;
 
@@ -27,3 +29,7 @@ private:
     QListWidget *m_list = nullptr;
     QPushButton *m_forget = nullptr;
 };
+
+// Asks for the address of a firm on a PostgreSQL server, offering `offer`. The address in its
+// usual form; nothing when the user gave up or the address cannot be one (which is said).
+std::optional<QString> askServerAddress(const QString &prompt, const QString &title, const QString &offer);

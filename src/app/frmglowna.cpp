@@ -634,24 +634,16 @@ void frmglowna::newServerFirm()
             last->schema = QStringLiteral("nowa_firma");
             offer = Dialect::addressText(*last);
         }
-    const std::optional<QString> given =
-        dialogs().input(QStringLiteral("Adres nowej firmy na serwerze PostgreSQL\n"
-                                       "(postgresql://serwer:port/baza?schema=firma, hasło w pliku ~/.pgpass):"),
-                        QStringLiteral("Nowa firma na serwerze"), offer);
-    if (!given || given->trimmed().isEmpty())
+    const auto address = askServerAddress(QStringLiteral("Adres nowej firmy na serwerze PostgreSQL"),
+                                          QStringLiteral("Nowa firma na serwerze"), offer);
+    if (!address)
         return;
     QString error;
-    const auto address = Dialect::parseAddress(*given, &error);
-    if (!address) {
+    if (!FirmDatabase::create(*address, &error)) {
         dialogs().exclamation(error, Msg(51));
         return;
     }
-    const QString text = Dialect::addressText(*address);
-    if (!FirmDatabase::create(text, &error)) {
-        dialogs().exclamation(error, Msg(51));
-        return;
-    }
-    openFirm(text);
+    openFirm(*address);
 }
 
 void frmglowna::openFirmWindow()
