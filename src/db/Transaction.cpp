@@ -36,6 +36,11 @@ bool Transaction::commit()
         m_active = false;
         return true;
     }
-    m_error = Structure::explainError(q.lastError());
+    // The server went away while committing: it may have committed before it went, so
+    // "nothing was saved" could be untrue.
+    m_error = Dialect::connectionLost(q.lastError())
+                  ? QStringLiteral("Utracono połączenie z serwerem bazy danych firmy w chwili zatwierdzania zapisu. "
+                                   "Nie wiadomo, czy zmiana została zapisana: sprawdź to po ponownym połączeniu.")
+                  : Structure::explainError(q.lastError());
     return false;
 }
