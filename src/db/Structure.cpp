@@ -647,7 +647,9 @@ namespace {
 // The server's own words for the same troubles, where it names no constraint of ours.
 std::optional<QString> explainServerError(const QSqlError &error, const QString &text)
 {
-    if (Dialect::connectionLost(error))
+    // A statement on a connection the driver has already closed fails with no error at all.
+    const bool closed = error.type() == QSqlError::NoError && text.trimmed().isEmpty();
+    if (closed || Dialect::connectionLost(error))
         return QStringLiteral("Utracono połączenie z serwerem bazy danych firmy. Nic nie zostało zapisane. "
                               "Program połączy się ponownie, gdy serwer będzie dostępny.");
     static const QRegularExpression tooLong(QStringLiteral("value too long for type character varying\\((\\d+)\\)"));
