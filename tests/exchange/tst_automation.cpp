@@ -1,6 +1,7 @@
 #include "DateText.h"
 #include "documents/Firm.h"
 #include "PdfReader.h"
+#include "TestBus.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "exchange/clsSerwer.h"
@@ -73,17 +74,7 @@ void TestAutomation::initTestCase()
     m_env = std::make_unique<TestEnv>();
     QVERIFY2(QDBusConnection::sessionBus().isConnected(), "run under dbus-run-session");
     // The program the bus starts lives in this test's private home.
-    qDBusRegisterMetaType<QMap<QString, QString>>();
-    QMap<QString, QString> env;
-    const QProcessEnvironment pe = m_env->processEnvironment();
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME", "QT_QPA_PLATFORM"})
-        env.insert(QLatin1String(name), pe.value(QLatin1String(name)));
-    env.insert(QStringLiteral("ZLECANKI_AUTOMATION_IDLE"), QStringLiteral("3"));
-    QDBusMessage update = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                                         QStringLiteral("org.freedesktop.DBus"),
-                                                         QStringLiteral("UpdateActivationEnvironment"));
-    update << QVariant::fromValue(env);
-    QCOMPARE(QDBusConnection::sessionBus().call(update).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(startProgramsInTestHome(*m_env, 3));
 
     FirmData firm = sampleFirm();
     for (int i : {0, 1}) {

@@ -1,4 +1,5 @@
 #include "RecordingDialogs.h"
+#include "TestBus.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
 #include "documents/Firm.h"
@@ -71,21 +72,11 @@ void TestSharedFirm::initTestCase()
     QVERIFY2(QDBusConnection::sessionBus().isConnected(), "run under dbus-run-session");
 
     // The first workstation's copy is started by the test's bus, in the test's private home.
-    qDBusRegisterMetaType<QMap<QString, QString>>();
-    QMap<QString, QString> env;
-    const QProcessEnvironment pe = m_env->processEnvironment();
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME", "QT_QPA_PLATFORM"})
-        env.insert(QLatin1String(name), pe.value(QLatin1String(name)));
-    env.insert(QStringLiteral("ZLECANKI_AUTOMATION_IDLE"), QStringLiteral("10"));
-    QDBusMessage update = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                                         QStringLiteral("org.freedesktop.DBus"),
-                                                         QStringLiteral("UpdateActivationEnvironment"));
-    update << QVariant::fromValue(env);
-    QCOMPARE(QDBusConnection::sessionBus().call(update).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(startProgramsInTestHome(*m_env, 10));
 
     // The second one's by a bus of its own, which the copy it starts takes for its session bus.
     const QString address = QStringLiteral("unix:path=") + m_env->root() + QStringLiteral("/drugi-bus");
-    QProcessEnvironment secondEnv = pe;
+    QProcessEnvironment secondEnv = m_env->processEnvironment();
     secondEnv.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
     secondEnv.insert(QStringLiteral("ZLECANKI_AUTOMATION_IDLE"), QStringLiteral("10"));
     m_secondBus.setProcessEnvironment(secondEnv);
