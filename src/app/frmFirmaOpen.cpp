@@ -17,7 +17,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QSqlQuery>
 #include <QVBoxLayout>
 
 namespace {
@@ -32,11 +31,8 @@ QString firmName(const QString &path)
     {
         bool readOnly = true;
         QString error;
-        if (auto db = FirmDatabase::open(path, connection, &readOnly, &error)) {
-            QSqlQuery q(*db);
-            if (q.exec(QStringLiteral("SELECT NAZWA FROM firma ORDER BY rowid LIMIT 1")) && q.next())
-                name = q.value(0).toString().trimmed();
-        }
+        if (auto db = FirmDatabase::open(path, connection, &readOnly, &error))
+            name = firmOwnName(*db);
     }
     FirmDatabase::close(connection);
     return name;
@@ -121,10 +117,14 @@ void frmFirmaOpen::refresh()
         add(name.isEmpty() ? fi.completeBaseName() : name + QStringLiteral("  (") + fi.fileName() + QLatin1Char(')'),
             fi.absoluteFilePath());
     }
-    // The office's firms on a server, each under the name it gives itself (a server out of
-    // reach leaves its address alone on the line).
+    // The office's firms on a server, each under the name it gave itself when last open
+    // here: the list never waits for a server that is down. The open firm's name is read now.
     for (const QString &address : ServerFirms::remembered()) {
-        const QString name = firmName(address);
+        QString name = ServerFirms::rememberedName(address);
+        if (isFirmOpen() && ServerFirms::same(address, firmFile())) {
+            name = firmOwnName(Db());
+            ServerFirms::rememberName(address, name);
+        }
         add(name.isEmpty() ? address : name + QStringLiteral("  (") + address + QLatin1Char(')'), address);
     }
     const int current = [&] {

@@ -587,6 +587,7 @@ bool frmglowna::openFirm(const QString &path)
     SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), firmFile());
     // A firm on a server has no file in the databases folder: the firm list keeps its address.
     ServerFirms::remember(firmFile());
+    ServerFirms::rememberName(firmFile(), firmOwnName(Db()));
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "SettingsStore.h"
 
 #include <QDir>
+#include <QList>
 
 #include <algorithm>
 
@@ -14,6 +15,7 @@ namespace {
 
 const QString Section = QStringLiteral("FirmyNaSerwerze");
 const QString KeyPrefix = QStringLiteral("Firma");
+const QString NamePrefix = QStringLiteral("Nazwa");
 
 // The usual form of an address, so that one firm typed twice is listed once.
 QString usual(const QString &name)
@@ -28,12 +30,38 @@ int keyNumber(const QString &key)
     return key.mid(KeyPrefix.size()).toInt();
 }
 
-void store(const QStringList &addresses)
+struct Listed {
+    QString address;
+    QString name;
+};
+
+// The list as stored: addresses in their usual form, each once, with the name kept beside it.
+QList<Listed> stored()
+{
+    QStringList keys = SettingsStore::keys(SettingsStore::App, Section);
+    keys.removeIf([](const QString &key) { return !key.startsWith(KeyPrefix); });
+    std::sort(keys.begin(), keys.end(), [](const QString &a, const QString &b) { return keyNumber(a) < keyNumber(b); });
+    QList<Listed> out;
+    for (const QString &key : std::as_const(keys)) {
+        const QString address = usual(SettingsStore::get(SettingsStore::App, Section, key));
+        const bool listed = std::any_of(out.cbegin(), out.cend(), [&](const Listed &l) { return l.address == address; });
+        if (Dialect::isAddress(address) && !listed)
+            out.append({address, SettingsStore::get(SettingsStore::App, Section,
+                                                    NamePrefix + QString::number(keyNumber(key)))});
+    }
+    return out;
+}
+
+void store(const QList<Listed> &list)
 {
     for (const QString &key : SettingsStore::keys(SettingsStore::App, Section))
         SettingsStore::remove(SettingsStore::App, Section, key);
-    for (qsizetype i = 0; i < addresses.size(); ++i)
-        SettingsStore::save(SettingsStore::App, Section, KeyPrefix + QString::number(i + 1), addresses.at(i));
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        const QString number = QString::number(i + 1);
+        SettingsStore::save(SettingsStore::App, Section, KeyPrefix + number, list.at(i).address);
+        if (!list.at(i).name.isEmpty())
+            SettingsStore::save(SettingsStore::App, Section, NamePrefix + number, list.at(i).name);
+    }
 }
 
 // A folder name made of the address's parts: letters, digits and a few safe signs only.
@@ -55,14 +83,9 @@ QString folderName(const Dialect::Address &a)
 
 QStringList remembered()
 {
-    QStringList keys = SettingsStore::keys(SettingsStore::App, Section);
-    std::sort(keys.begin(), keys.end(), [](const QString &a, const QString &b) { return keyNumber(a) < keyNumber(b); });
     QStringList out;
-    for (const QString &key : std::as_const(keys)) {
-        const QString address = usual(SettingsStore::get(SettingsStore::App, Section, key));
-        if (Dialect::isAddress(address) && !out.contains(address))
-            out << address;
-    }
+    for (const Listed &l : stored())
+        out << l.address;
     return out;
 }
 
@@ -70,18 +93,42 @@ void remember(const QString &address)
 {
     if (!Dialect::isAddress(address))
         return;
-    QStringList list = remembered();
-    if (list.contains(usual(address)))
+    QList<Listed> list = stored();
+    const QString key = usual(address);
+    if (std::any_of(list.cbegin(), list.cend(), [&](const Listed &l) { return l.address == key; }))
         return;
-    list << usual(address);
+    list.append({key, QString()});
     store(list);
 }
 
 void forget(const QString &address)
 {
-    QStringList list = remembered();
-    if (list.removeAll(usual(address)) > 0)
+    QList<Listed> list = stored();
+    const QString key = usual(address);
+    if (list.removeIf([&](const Listed &l) { return l.address == key; }) > 0)
         store(list);
+}
+
+QString rememberedName(const QString &address)
+{
+    const QString key = usual(address);
+    for (const Listed &l : stored())
+        if (l.address == key)
+            return l.name;
+    return {};
+}
+
+void rememberName(const QString &address, const QString &name)
+{
+    QList<Listed> list = stored();
+    const QString key = usual(address);
+    for (Listed &l : list) {
+        if (l.address == key && l.name != name) {
+            l.name = name;
+            store(list);
+            return;
+        }
+    }
 }
 
 bool same(const QString &a, const QString &b)

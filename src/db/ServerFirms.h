@@ -14,6 +14,11 @@ QStringList remembered();
 void remember(const QString &address);
 // Takes `address` off the list (the firm on the server stays as it is).
 void forget(const QString &address);
+// The name the firm at `address` gave itself when last open here (empty when never seen):
+// the firm list shows it without reaching for a server that may be down.
+QString rememberedName(const QString &address);
+// Keeps `name` as the firm's name for the list; an address not listed is left alone.
+void rememberName(const QString &address, const QString &name);
 // Whether two firm names mean the same firm: one server firm written in two forms, or the
 // same text.
 bool same(const QString &a, const QString &b);

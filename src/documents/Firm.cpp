@@ -236,6 +236,14 @@ bool refuseWhenReadOnly()
     return true;
 }
 
+QString firmOwnName(const QSqlDatabase &db)
+{
+    QSqlQuery q(db);
+    if (q.exec(QStringLiteral("SELECT NAZWA FROM firma ORDER BY rowid LIMIT 1")) && q.next())
+        return q.value(0).toString().trimmed();
+    return {};
+}
+
 QString firmDisplayName()
 {
     if (!isFirmOpen())

@@ -54,6 +54,8 @@ bool refuseWhenReadOnly();
 // The firm as the main window's caption shows it: "Nazwa, Miasto" from the firm data, or
 // "Firma standardowa" / the file's name while the firm has no name yet.
 QString firmDisplayName();
+// The name the firm gives itself in its data (the first row's NAZWA), empty when it has none.
+QString firmOwnName(const QSqlDatabase &db);
 
 // The default firm's file in the databases folder, and the name it is listed under.
 QString standardFirmPath();
