@@ -297,6 +297,22 @@ void TestMdbConversion::realAccessFiles()
         QCOMPARE(count, qint64(exported.count(marker)));
     }
     QCOMPARE(converted, tables);
+    // Amounts are exact: the sum of a currency column equals the digits mdb-export prints.
+    if (tables.contains(QLatin1String("Order Details"))) {
+        qint64 expected = 0;
+        for (const QByteArray &line : run({QStringLiteral("mdb-export"), QStringLiteral("-H"), QStringLiteral("-d"),
+                                           QStringLiteral("|"), path, QStringLiteral("Order Details")})
+                                          .split('\n'))
+            if (!line.isEmpty())
+                expected += QByteArray(line.split('|').at(2)).replace('.', "").toLongLong();
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("real"));
+            db.setDatabaseName(target);
+            QVERIFY(db.open());
+            QCOMPARE(queryRows(db, QStringLiteral("SELECT sum(UnitPrice) FROM \"Order Details\"")), QString::number(expected));
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("real"));
+    }
 }
 
 void TestMdbConversion::importMdbCommand()
