@@ -18,26 +18,13 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QMap>
 
-#include <cstdio>
 #include <functional>
 
 namespace CommandLine {
 
 namespace {
 
-void out(const QString &text)
-{
-    std::fputs(text.toLocal8Bit().constData(), stdout);
-    std::fputc('\n', stdout);
-}
-
-void err(const QString &text)
-{
-    std::fputs(text.toLocal8Bit().constData(), stderr);
-    std::fputc('\n', stderr);
-}
 
 
 int newFirm(const QStringList &args)
@@ -146,36 +133,18 @@ const QString BankUsage = QStringLiteral(
 
 int bankFile(const QStringList &args)
 {
-    QMap<QString, QString> opt;
-    static const QStringList known = {QStringLiteral("--firma"),     QStringLiteral("--id"),
-                                      QStringLiteral("--dzien"),     QStringLiteral("--konto"),
-                                      QStringLiteral("--format"),    QStringLiteral("--plik"),
-                                      QStringLiteral("--kodowanie"), QStringLiteral("--data-wykonania")};
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        QString name = args.at(i);
-        QString value;
-        if (name.contains(QLatin1Char('='))) {
-            value = name.section(QLatin1Char('='), 1);
-            name = name.section(QLatin1Char('='), 0, 0);
-        } else if (i + 1 < args.size()) {
-            value = args.at(++i);
-        } else {
-            err(QStringLiteral("Brak wartości opcji %1.").arg(name));
-            err(BankUsage);
-            return 2;
-        }
-        if (!known.contains(name)) {
-            err(QStringLiteral("Nieznana opcja: %1").arg(name));
-            err(BankUsage);
-            return 2;
-        }
-        opt.insert(name, value);
-    }
+    const Arguments given = parseArguments(
+        args, {QStringLiteral("--firma"), QStringLiteral("--id"), QStringLiteral("--dzien"), QStringLiteral("--konto"),
+               QStringLiteral("--format"), QStringLiteral("--plik"), QStringLiteral("--kodowanie"),
+               QStringLiteral("--data-wykonania")});
+    const QHash<QString, QString> &opt = given.values;
     auto usageError = [](const QString &text) {
         err(text);
         err(BankUsage);
         return 2;
     };
+    if (!given.error.isEmpty())
+        return usageError(given.error);
     if (opt.value(QStringLiteral("--firma")).isEmpty() || opt.value(QStringLiteral("--plik")).isEmpty())
         return usageError(QStringLiteral("Podaj firmę (--firma) i plik (--plik)."));
     if (opt.contains(QStringLiteral("--id")) == opt.contains(QStringLiteral("--dzien")))

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -24,5 +26,21 @@ struct Command {
 
 void addCommand(const QString &name, const QString &synopsis, const QString &description, Handler handler);
 const QList<Command> &addedCommands();
+
+// What a command was given: "--name VALUE" or "--name=VALUE" for the options that take a
+// value, a bare "--name" for the switches. A repeated option keeps its last value.
+struct Arguments {
+    QHash<QString, QString> values;
+    QSet<QString> switches;
+    QString error; // the first unknown option or missing value, in the user's words
+    bool has(const QString &name) const { return values.contains(name) || switches.contains(name); }
+    QString value(const QString &name) const { return values.value(name); }
+};
+Arguments parseArguments(const QStringList &args, const QStringList &valued, const QStringList &switches = {});
+
+// A line of a command's answer to standard output, or of its complaint to standard error,
+// in the system's encoding.
+void out(const QString &text);
+void err(const QString &text);
 
 } // namespace CommandLine

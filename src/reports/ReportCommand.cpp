@@ -16,18 +16,12 @@
 #include <QFileInfo>
 #include <QHash>
 
-#include <cstdio>
-
 namespace {
 
 const QString Usage = QStringLiteral("Użycie: zlecanki raport --firma PLIK --rodzaj 1..4 (--rok RRRR | --miesiac M | "
                                      "--od dd-mm-rrrr --do dd-mm-rrrr) [--xlsx PLIK.xlsx] [--pdf PLIK.pdf] [--nadpisz]");
 
-void err(const QString &text)
-{
-    std::fputs(text.toLocal8Bit().constData(), stderr);
-    std::fputc('\n', stderr);
-}
+using CommandLine::err;
 
 struct Options {
     QString firm, xlsx, pdf;
@@ -39,32 +33,18 @@ struct Options {
 Options parse(const QStringList &args)
 {
     Options o;
-    QHash<QString, QString> values;
-    static const QStringList known = {QStringLiteral("--firma"), QStringLiteral("--rodzaj"), QStringLiteral("--rok"),
-                                      QStringLiteral("--miesiac"), QStringLiteral("--od"), QStringLiteral("--do"),
-                                      QStringLiteral("--xlsx"), QStringLiteral("--pdf")};
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        QString name = args.at(i);
-        QString value;
-        if (name == QLatin1String("--nadpisz")) {
-            o.replace = true;
-            continue;
-        }
-        if (name.contains(QLatin1Char('='))) {
-            value = name.section(QLatin1Char('='), 1);
-            name = name.section(QLatin1Char('='), 0, 0);
-        } else if (known.contains(name) && i + 1 < args.size()) {
-            value = args.at(++i);
-        } else if (known.contains(name)) {
-            o.error = QStringLiteral("Brak wartości opcji %1.").arg(name);
-            return o;
-        }
-        if (!known.contains(name)) {
-            o.error = QStringLiteral("Nieznana opcja: %1").arg(name);
-            return o;
-        }
-        values.insert(name, value);
+    const CommandLine::Arguments given =
+        CommandLine::parseArguments(args,
+                                    {QStringLiteral("--firma"), QStringLiteral("--rodzaj"), QStringLiteral("--rok"),
+                                     QStringLiteral("--miesiac"), QStringLiteral("--od"), QStringLiteral("--do"),
+                                     QStringLiteral("--xlsx"), QStringLiteral("--pdf")},
+                                    {QStringLiteral("--nadpisz")});
+    if (!given.error.isEmpty()) {
+        o.error = given.error;
+        return o;
     }
+    o.replace = given.has(QStringLiteral("--nadpisz"));
+    const QHash<QString, QString> &values = given.values;
     const auto bad = [&](const QString &name) {
         o.error = QStringLiteral("Nieprawidłowa wartość opcji %1: \"%2\"").arg(name, values.value(name));
         return o;

@@ -23,17 +23,8 @@ namespace {
 const QString Usage = QStringLiteral("Użycie: zlecanki drukuj --firma PLIK --id NR (--pdf PLIK.pdf | "
                                      "--drukarka KOLEJKA) [--kopie N] [--bez-kwoty] [--nadpisz] [--qr | --bez-qr]");
 
-void err(const QString &text)
-{
-    std::fputs(text.toLocal8Bit().constData(), stderr);
-    std::fputc('\n', stderr);
-}
-
-void out(const QString &text)
-{
-    std::fputs(text.toLocal8Bit().constData(), stdout);
-    std::fputc('\n', stdout);
-}
+using CommandLine::err;
+using CommandLine::out;
 
 // No questions on the command line: each takes its first answer. Errors still go to
 // standard error; the hints for a person at a printer ("turn the sheet over") only when
@@ -75,55 +66,40 @@ struct Options {
 Options parse(const QStringList &args)
 {
     Options o;
+    const CommandLine::Arguments given = CommandLine::parseArguments(
+        args,
+        {QStringLiteral("--firma"), QStringLiteral("--id"), QStringLiteral("--pdf"), QStringLiteral("--drukarka"),
+         QStringLiteral("--kopie")},
+        {QStringLiteral("--bez-kwoty"), QStringLiteral("--nadpisz"), QStringLiteral("--qr"), QStringLiteral("--bez-qr")});
+    if (!given.error.isEmpty()) {
+        o.error = given.error;
+        return o;
+    }
+    o.firm = given.value(QStringLiteral("--firma"));
+    o.pdf = given.value(QStringLiteral("--pdf"));
+    o.queue = given.value(QStringLiteral("--drukarka"));
+    o.withAmount = !given.has(QStringLiteral("--bez-kwoty"));
+    o.replace = given.has(QStringLiteral("--nadpisz"));
+    // Of the two, the one given last holds.
+    for (const QString &a : args)
+        if (a == QLatin1String("--qr") || a == QLatin1String("--bez-qr"))
+            o.qr = a == QLatin1String("--qr");
+    const auto bad = [&](const QString &name) {
+        o.error = QStringLiteral("Nieprawidłowa wartość opcji %1: \"%2\"").arg(name, given.value(name));
+        return o;
+    };
+    bool ok = true;
     bool haveId = false;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        QString name = args.at(i);
-        QString value;
-        const bool flag = name == QLatin1String("--bez-kwoty") || name == QLatin1String("--nadpisz") ||
-                          name == QLatin1String("--qr") || name == QLatin1String("--bez-qr");
-        static const QStringList known = {QStringLiteral("--firma"), QStringLiteral("--id"),
-                                          QStringLiteral("--pdf"), QStringLiteral("--drukarka"),
-                                          QStringLiteral("--kopie")};
-        if (!flag && !known.contains(name.section(QLatin1Char('='), 0, 0))) {
-            o.error = QStringLiteral("Nieznana opcja: %1").arg(name);
-            return o;
-        }
-        if (!flag) {
-            if (name.contains(QLatin1Char('='))) {
-                value = name.section(QLatin1Char('='), 1);
-                name = name.section(QLatin1Char('='), 0, 0);
-            } else if (i + 1 < args.size()) {
-                value = args.at(++i);
-            } else {
-                o.error = QStringLiteral("Brak wartości opcji %1.").arg(name);
-                return o;
-            }
-        }
-        bool ok = true;
-        if (name == QLatin1String("--nadpisz"))
-            o.replace = true;
-        else if (name == QLatin1String("--qr") || name == QLatin1String("--bez-qr"))
-            o.qr = name == QLatin1String("--qr");
-        else if (flag)
-            o.withAmount = false;
-        else if (name == QLatin1String("--firma"))
-            o.firm = value;
-        else if (name == QLatin1String("--id")) {
-            o.id = value.toInt(&ok);
-            ok = ok && o.id > 0;
-            haveId = ok;
-        } else if (name == QLatin1String("--pdf"))
-            o.pdf = value;
-        else if (name == QLatin1String("--drukarka"))
-            o.queue = value;
-        else {
-            o.copies = value.toInt(&ok);
-            ok = ok && o.copies >= 1 && o.copies <= 255;
-        }
-        if (!ok) {
-            o.error = QStringLiteral("Nieprawidłowa wartość opcji %1: \"%2\"").arg(name, value);
-            return o;
-        }
+    if (given.has(QStringLiteral("--id"))) {
+        o.id = given.value(QStringLiteral("--id")).toInt(&ok);
+        if (!ok || o.id <= 0)
+            return bad(QStringLiteral("--id"));
+        haveId = true;
+    }
+    if (given.has(QStringLiteral("--kopie"))) {
+        o.copies = given.value(QStringLiteral("--kopie")).toInt(&ok);
+        if (!ok || o.copies < 1 || o.copies > 255)
+            return bad(QStringLiteral("--kopie"));
     }
     if (o.firm.isEmpty() || !haveId)
         o.error = QStringLiteral("Podaj plik firmy (--firma) i numer dokumentu (--id).");
