@@ -51,7 +51,6 @@ void TestAutomation::initTestCase()
     for (int i : {0, 1}) {
         firm.accounts[size_t(i)].bankName = QStringLiteral("Bank %1").arg(i + 1);
         firm.accounts[size_t(i)].number = QStringLiteral("12 1020 1026 0000 1234 5678 901%1").arg(i);
-        firm.accounts[size_t(i)].balance = Money::fromZlote(10000);
     }
     QVERIFY(openNewFirm(m_env->newPath(QStringLiteral("firma.zlc")), firm));
     m_firm = firmFile();
@@ -171,7 +170,6 @@ void TestAutomation::badCallsStoreNothing()
     else
         v[position - 1] = QString(value).replace(QStringLiteral("@firm"), m_firm).replace(QStringLiteral("@old"), old);
     const QDBusMessage reply = call(QStringLiteral("WystawPrzelew"), {v, QStringLiteral("odrzucone")});
-    QCOMPARE(reply.type(), QDBusMessage::ErrorMessage);
     QCOMPARE(reply.errorName(), QStringLiteral("pl.kontorian.Zlecanki.Blad"));
     QVERIFY2(reply.errorMessage().contains(message), qPrintable(reply.errorMessage()));
     QCOMPARE(stored(state), before);

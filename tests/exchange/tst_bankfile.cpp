@@ -103,15 +103,10 @@ void TestBankFile::elixirLines_data()
     QTest::addColumn<QString>("encoding");
     QTest::addColumn<QString>("title"); // as written, its lines joined by '|'; a transfer's is typed so
     QTest::addColumn<QString>("classification");
-    QTest::addColumn<QByteArray>("payeeBytes"); // "Hurtownia Gęśla" as the code page writes it
-    const QByteArray cp1250("Hurtownia G\xEA\x9C" "la");
-    QTest::newRow("transfer cp1250") << 1 << "cp1250" << "Faktura 12/2026" << "51" << cp1250;
-    QTest::newRow("split payment") << 1 << "cp1250" << "/VAT/230,84/IDC/5261040828/INV/FV |12/2026/TXT/zaplata" << "53"
-                                   << cp1250;
-    QTest::newRow("tax") << 6 << "cp852" << "/TI/N5261040828/OKR/26M10/SFP/VAT-7" << "71"
-                         << QByteArray("Hurtownia G\xA9\x98" "la");
-    QTest::newRow("zus on nrs") << 5 << "iso-8859-2" << "Składki ZUS 10/2026, dekl. 01, typ |S" << "51"
-                                << QByteArray("Zak\xB3" "ad Ubezpiecze\xF1 Spo\xB3" "ecznych");
+    QTest::newRow("transfer cp1250") << 1 << "cp1250" << "Faktura 12/2026" << "51";
+    QTest::newRow("split payment") << 1 << "cp1250" << "/VAT/230,84/IDC/5261040828/INV/FV |12/2026/TXT/zaplata" << "53";
+    QTest::newRow("tax") << 6 << "cp852" << "/TI/N5261040828/OKR/26M10/SFP/VAT-7" << "71";
+    QTest::newRow("zus on nrs") << 5 << "iso-8859-2" << "Składki ZUS 10/2026, dekl. 01, typ |S" << "51";
 }
 
 void TestBankFile::elixirLines()
@@ -120,7 +115,6 @@ void TestBankFile::elixirLines()
     QFETCH(QString, encoding);
     QFETCH(QString, title);
     QFETCH(QString, classification);
-    QFETCH(QByteArray, payeeBytes);
     const PaymentDocument doc = stored(kind, [&](PaymentDocument &d) {
         d.zaDokumentNazwa = kind == 1 ? QString(title).remove(u'|') : QString();
         d.zus.nrRachunku = qint16(kind == 5 ? ZusAccount::Individual : 0);
@@ -141,9 +135,8 @@ void TestBankFile::elixirLines()
     const QByteArray bytes = readFile(m_path);
     QVERIFY(bytes.endsWith("\r\n"));
     QCOMPARE(bytes.count('\n'), 1);
-    QVERIFY(bytes.contains(payeeBytes));
-    QStringDecoder dec(o.encoding == BankFile::Encoding::Cp852 ? "IBM852"
-                       : o.encoding == BankFile::Encoding::Iso8859_2 ? "ISO-8859-2" : "windows-1250");
+    // Read back by the code page's own name, not through the program's choice.
+    QStringDecoder dec(encoding == u"cp852" ? "IBM852" : encoding == u"iso-8859-2" ? "ISO-8859-2" : "windows-1250");
     QStringList fields = elixirFields(QString(dec.decode(bytes)).chopped(2));
     QList<bool> quoted;
     for (QString &field : fields) {
@@ -349,7 +342,6 @@ void TestBankFile::recordLine_data()
     QTest::newRow("half down to even") << "1234,5" << "110" << "g" << QByteArray("20050307,110 1234  b c d e PLN  f Przelew  g ");
     QTest::newRow("half up to even") << "1235,5" << "110" << "g" << QByteArray("20050307,110 1236  b c d e PLN  f Przelew  g ");
     QTest::newRow("negative half") << "-2,5" << "110" << "g" << QByteArray("20050307,110 -2  b c d e PLN  f Przelew  g ");
-    QTest::newRow("empty argument") << "7" << "" << "g" << QByteArray("20050307, 7  b c d e PLN  f Przelew  g ");
     // Windows-1250: Ł 0xA3, ó 0xF3, d, ź 0x9F; the euro sign is in the code page, the snowman is not.
     QTest::newRow("Polish letters") << "5" << "Łódź" << "€ ☃"
                                     << QByteArray("20050307,\xA3\xF3\x64\x9F 5  b c d e PLN  f Przelew  \x80 ? ");

@@ -12,7 +12,6 @@
 #include "exchange/ui/frmImportFirm.h"
 
 #include <QCheckBox>
-#include <QCoreApplication>
 #include <QFile>
 #include <QListWidget>
 #include <QSqlQuery>
@@ -42,26 +41,10 @@ QByteArray exportFile(int count, const QString &name = {})
     return cp1250(text);
 }
 
-// Drops the schemas of this run's firms on the server.
-void dropServerFirms()
-{
-    if (testServer().isEmpty())
-        return;
-    {
-        Dialect::connect(*Dialect::parseAddress(testServer()), QStringLiteral("sprzatanie"), nullptr);
-        QSqlQuery q(QSqlDatabase::database(QStringLiteral("sprzatanie"), false));
-        if (q.exec(QStringLiteral("SELECT string_agg(format('DROP SCHEMA %I CASCADE', nspname), '; ') FROM pg_namespace "
-                                  "WHERE nspname LIKE 'imp%1\\_%'")
-                       .arg(QCoreApplication::applicationPid())) &&
-            q.next() && !q.value(0).toString().isEmpty())
-            q.exec(q.value(0).toString());
-    }
-    FirmDatabase::close(QStringLiteral("sprzatanie"));
-}
-
+// A firm schema of this test on the server, emptied first; empty without a server.
 QString serverFirm(int n)
 {
-    return testServer() + QStringLiteral("?schema=imp%1_%2").arg(QCoreApplication::applicationPid()).arg(n);
+    return emptiedServerSchema(QStringLiteral("imp_%1").arg(n));
 }
 
 QStringList said(const RecordingDialogs &d)
@@ -91,14 +74,12 @@ class TestImportWindows : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void cleanupTestCase() { dropServerFirms(); }
     void init();
     void cleanup();
 
     void exportFileTakenOverAndRemoved();
     void firmImport_data();
     void firmImport();
-    void accessFileOpenedAsFirm();
 
 private:
     QString m_source;
@@ -117,8 +98,7 @@ void TestImportWindows::initTestCase()
     // documents (their recipient joins the contractors) and a scheduled payment.
     RecordingDialogs quiet;
     m_source = m_env->newPath(QStringLiteral("zrodlo.zlc"));
-    dropServerFirms();
-    m_serverSource = testServer().isEmpty() ? QString() : serverFirm(0);
+    m_serverSource = serverFirm(0);
     for (const QString &at : {m_source, m_serverSource}) {
         if (at.isEmpty())
             continue;
@@ -226,9 +206,10 @@ void TestImportWindows::firmImport()
     if ((source == QLatin1String("server") || source == QLatin1String("rule") || target == QLatin1String("server")) && testServer().isEmpty())
         QSKIP("Brak serwera PostgreSQL dla testów (ZLECANKI_PG): uruchom scripts/pg-cluster start KATALOG");
     if (target == QLatin1String("server")) {
+        const QString address = serverFirm(m_files);
         QString error;
-        QVERIFY2(FirmDatabase::create(serverFirm(m_files), &error), qPrintable(error));
-        QVERIFY(OpenDb(serverFirm(m_files)));
+        QVERIFY2(FirmDatabase::create(address, &error), qPrintable(error));
+        QVERIFY(OpenDb(address));
         m_window->LoadFirma();
         m_dialogs->clear();
     }
@@ -275,23 +256,6 @@ void TestImportWindows::firmImport()
     // The firm's caption follows its imported data.
     if (ticked.at(0) == QLatin1Char('1') && said.last() == QLatin1String("Import zakończono pomyślnie"))
         QVERIFY(m_window->windowTitle().contains(QLatin1String("Zakład Ślusarski Żółć")));
-}
-
-void TestImportWindows::accessFileOpenedAsFirm()
-{
-    const QString real = qEnvironmentVariable("ZLECANKI_SHARED") + QStringLiteral("/testdata/mdb/nwind.mdb");
-    if (!QFile::exists(real))
-        QSKIP("No ../shared/testdata/mdb/nwind.mdb: opening an Access file is not checked.");
-    // The file is read in place through a link in a writable folder.
-    const QString link = m_env->newPath(QStringLiteral("stara%1.mdb").arg(m_files));
-    QVERIFY(QFile::link(real, link));
-    const QString open = firmFile();
-    m_dialogs->answers << false << true;
-    QVERIFY(!OpenDb(link));
-    QVERIFY(!OpenDb(link));
-    QCOMPARE(firmFile(), open);
-    QVERIFY(m_dialogs->saw(QStringLiteral("nie jest bazą firmy")));
-    QVERIFY(!QFile::exists(m_env->newPath(QStringLiteral("stara%1.zlc").arg(m_files))));
 }
 
 QTEST_MAIN(TestImportWindows)

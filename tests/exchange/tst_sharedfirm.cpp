@@ -113,7 +113,6 @@ void TestSharedFirm::twoServersOneFirm()
     constexpr int Calls = 1000;
     const char *marks[] = {"A", "B"};
     qlonglong total = 0;
-    int cuts = 0;
     for (int i = 1; i <= Calls; ++i) {
         QStringList values[2];
         QString references[2];
@@ -144,7 +143,6 @@ void TestSharedFirm::twoServersOneFirm()
                 QCOMPARE(stored(QStringLiteral("SELECT count(pg_terminate_backend(pid)) FROM unnest('%1'::int[]) pid").arg(heldUp())),
                          QStringLiteral("2"));
                 QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("ROLLBACK")));
-                ++cuts;
             }
             for (int s = 0; s < 2; ++s) {
                 pending[s].waitForFinished();
@@ -163,7 +161,6 @@ void TestSharedFirm::twoServersOneFirm()
         }
         QVERIFY2(answered[0] && answered[1], qPrintable(references[0]));
     }
-    QCOMPARE(cuts, Calls / 100);
 
     // Read again on a connection of the test's own, after both copies are done: each reference
     // names a document of its own call.
