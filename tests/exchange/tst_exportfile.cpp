@@ -1,20 +1,16 @@
-#include "TestEnv.h"
 #include "exchange/ExportFile.h"
 
-#include <QFile>
 #include <QStringEncoder>
 #include <QTest>
-
-#include <memory>
 
 namespace {
 
 // One block of `lines` lines: marker, five unused lines, the ten values.
-QByteArray block(int n, int lines = 16, const QString &title = QString())
+QByteArray block(int n, int lines = 16)
 {
     QStringList values = {QStringLiteral("Odbiorca %1").arg(n), QStringLiteral("cd"), QStringLiteral("Długa 1"),
                           QStringLiteral("90-001"), QStringLiteral("Łódź"), QStringLiteral("PKO"), QStringLiteral("12 3456"),
-                          title.isEmpty() ? QStringLiteral("Faktura %1").arg(n) : title,
+                          QStringLiteral("Faktura %1").arg(n),
                           QStringLiteral("%1,50").arg(n * 100), QStringLiteral("05-03-2026")};
     QStringList out = {QStringLiteral("*** blok %1").arg(n)};
     for (int i = 1; i <= 5; ++i)
@@ -51,9 +47,6 @@ private Q_SLOTS:
     void listing();
     void takeOver_data();
     void takeOver();
-    void removal_data();
-    void removal();
-    void fileReplacedOrDeleted();
 };
 
 void TestExportFile::listing_data()
@@ -65,11 +58,6 @@ void TestExportFile::listing_data()
     QTest::newRow("three blocks") << blocks(3) << QStringList{"Odbiorca 0", "Odbiorca 1", "Odbiorca 2"}
                                   << QStringLiteral("Odbiorca 0; Faktura 0; 0,50") << 0;
     QTest::newRow("no marker") << QByteArray("pole=1\r\npole=2\r\n") << QStringList() << QString() << 0;
-    QTest::newRow("value with =") << (block(7, 16, QStringLiteral("a=b=c")) + block(8)) << QStringList{"Odbiorca 7", "Odbiorca 8"}
-                                  << QStringLiteral("Odbiorca 7; a=b=c; 700,50") << 0;
-    // A short block reads on into the next one: its amount is the next block's fourth
-    // unused line, which is not money.
-    QTest::newRow("short block") << (block(1, 10) + block(2) + block(3)) << QStringList() << QString() << 13;
     QTest::newRow("short last block") << (block(1) + block(2, 12)) << QStringList{"Odbiorca 1"}
                                       << QStringLiteral("Odbiorca 1; Faktura 1; 100,50") << 62;
     QTest::newRow("amount not money") << (block(1) + block(2).replace("200,50", "dwieście")) << QStringList{"Odbiorca 1"}
@@ -97,8 +85,6 @@ void TestExportFile::takeOver_data()
     QTest::addColumn<QString>("values"); // joined by '|', empty when refused
     QTest::newRow("block 1") << blocks(3) << 1
                              << QStringLiteral("Odbiorca 1|cd|Długa 1|90-001|Łódź|PKO|12 3456|Faktura 1|100,50|05-03-2026");
-    QTest::newRow("value with =") << block(0, 16, QStringLiteral("x=y")) << 0
-                                  << QStringLiteral("Odbiorca 0|cd|Długa 1|90-001|Łódź|PKO|12 3456|x=y|0,50|05-03-2026");
     QTest::newRow("short block takes the next") << (block(0, 12) + block(1)) << 0
                                                 << QStringLiteral("Odbiorca 0|cd|Długa 1|90-001|Łódź|PKO|*** blok 1|naglowek1|naglowek2|naglowek3");
     QTest::newRow("past the end") << block(0, 14) << 0 << QString();
@@ -114,42 +100,6 @@ void TestExportFile::takeOver()
     const auto got = ExportFile::takeOverBlock(data, index, &error);
     QCOMPARE(got ? got->join(QLatin1Char('|')) : QString(), values);
     QCOMPARE(got.has_value(), error.description.isEmpty());
-}
-
-void TestExportFile::removal_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("0 of 5") << 5 << 0 << QStringList{"Odbiorca 1", "Odbiorca 3"};
-    QTest::newRow("1 of 5") << 5 << 1 << QStringList{"Odbiorca 0", "Odbiorca 2", "Odbiorca 4"};
-    QTest::newRow("last of 3") << 3 << 2 << QStringList{"Odbiorca 0", "Odbiorca 1"};
-    QTest::newRow("only one") << 1 << 0 << QStringList();
-}
-
-void TestExportFile::removal()
-{
-    QFETCH(int, count);
-    QFETCH(int, index);
-    QFETCH(QStringList, left);
-    const QByteArray out = ExportFile::removeBlock(blocks(count), index);
-    QCOMPARE(names(ExportFile::listBlocks(out)), left);
-    QVERIFY(out.startsWith("wstep programu\r\n"));
-    QCOMPARE(out.count("\r\n"), 1 + 16 * left.size());
-}
-
-void TestExportFile::fileReplacedOrDeleted()
-{
-    TestEnv env;
-    const QString path = env.newPath(QStringLiteral("PL.EXP"));
-    QVERIFY(writeFile(path, blocks(2)));
-    QString error;
-    QVERIFY(ExportFile::removeBlockInFile(path, 0, false, &error));
-    QCOMPARE(names(ExportFile::listBlocks(*ExportFile::read(path, &error))), QStringList{"Odbiorca 1"});
-    QVERIFY(ExportFile::removeBlockInFile(path, 0, true, &error));
-    QVERIFY(!QFile::exists(path));
-    QVERIFY(!ExportFile::removeBlockInFile(path, 0, false, &error));
-    QVERIFY(!error.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestExportFile)
