@@ -10,7 +10,12 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QRandomGenerator>
 #include <QTest>
+#include <QThread>
+
+#include <csignal>
 
 #include <memory>
 
@@ -26,6 +31,7 @@ private Q_SLOTS:
     void badCallsStoreNothing_data();
     void badCallsStoreNothing();
     void notPrintedThenRepeated();
+    void killedDuringCalls();
     void quitsWhenIdleAndStartsAgain();
 
 private:
@@ -216,6 +222,46 @@ void TestAutomation::notPrintedThenRepeated()
     v[2].clear();
     QVERIFY(server.WystawPrzelew(v, QString(), &error).value_or(id) != id);
     QCOMPARE(count(documents), countBefore + 2);
+}
+
+void TestAutomation::killedDuringCalls()
+{
+    // The caller's way through crashes: a call without an answer is made again with the same
+    // reference. The automation copy is killed at random moments of its calls; afterwards every
+    // reference has exactly one document and the balance is exact.
+    const qlonglong balance = count(QStringLiteral("SELECT STAN_KONTA1 FROM firma"));
+    const qlonglong documents = count(QStringLiteral("SELECT count(*) FROM zlecanki"));
+    const int Calls = 200;
+    QRandomGenerator random(16);
+    qlonglong total = 0;
+    int kills = 0;
+    for (int i = 1; i <= Calls; ++i) {
+        QStringList v = values(QStringLiteral("Odbiorca %1").arg(i % 7));
+        v[10] = QStringLiteral("%1,%2").arg(i).arg(i % 100, 2, 10, QLatin1Char('0'));
+        total += qlonglong(i) * 10000 + (i % 100) * 100;
+        bool answered = false;
+        for (int attempt = 0; attempt < 20 && !answered; ++attempt) {
+            QDBusMessage m = QDBusMessage::createMethodCall(Service, QStringLiteral("/clsSerwer"),
+                                                            QStringLiteral("pl.kontorian.Zlecanki.clsSerwer"),
+                                                            QStringLiteral("WystawPrzelew"));
+            m.setArguments({v, QStringLiteral("K/%1").arg(i)});
+            QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(m, 30000);
+            if (i % 10 == 0 && attempt == 0) {
+                const uint pid = QDBusConnection::sessionBus().interface()->servicePid(Service).value();
+                QThread::usleep(random.bounded(4000));
+                if (pid > 0 && ::kill(pid_t(pid), SIGKILL) == 0)
+                    ++kills;
+            }
+            pending.waitForFinished();
+            answered = pending.reply().type() == QDBusMessage::ReplyMessage;
+        }
+        QVERIFY2(answered, qPrintable(QString::number(i)));
+    }
+    QVERIFY(kills > Calls / 20);
+    QCOMPARE(count(QStringLiteral("SELECT count(*) FROM zlecanki")), documents + Calls);
+    QCOMPARE(count(QStringLiteral("SELECT count(DISTINCT ZlecenieId) FROM OdwolaniaSerwera WHERE Odwolanie LIKE 'K/%'")),
+             qlonglong(Calls));
+    QCOMPARE(count(QStringLiteral("SELECT STAN_KONTA1 FROM firma")), balance - total);
 }
 
 void TestAutomation::quitsWhenIdleAndStartsAgain()
