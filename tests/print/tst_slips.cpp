@@ -122,9 +122,7 @@ private Q_SLOTS:
     void initTestCase();
     void printedText_data();
     void printedText();
-    void amountInBoxesAndWords();
-    void zusAccountAndPeriod();
-    void zusContributionAccount();
+    void zusSlips();
     void taxIdentifierAndPeriod_data();
     void taxIdentifierAndPeriod();
     void partsOnSheets_data();
@@ -199,19 +197,13 @@ void TestSlips::printedText_data()
                               << QStringList{"Wpłata gotówkowa", "odcinek dla odbiorcy"};
     QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.", "słownie:"}
                                      << QStringList{"Polecenie przelewu"};
-    QTest::newRow("tax form") << 6 << plain << QStringList{"Nazwa organu podatkowego cd.", "typ identyfikatora"}
-                              << QStringList{"tytułem"};
-    QTest::newRow("tax on the old bank form") << 6 << old << QStringList{"NIP lub identyfikator uzup. zobowiązanego"}
-                                              << QStringList{"tytułem", "Nazwa organu podatkowego"};
     QTest::newRow("named postal order") << 4 << plain << QStringList{"PRZEKAZ", "Dowód nadania"}
                                         << QStringList{"Przekaz Pocztowy"};
     QTest::newRow("named postal order, fields only") << 4 << prePrinted << QStringList{"Przekaz Pocztowy", "Hurtownia Gęśla"}
                                                      << QStringList{"PRZEKAZ", "Dowód nadania"};
-    QTest::newRow("bank deposit slip") << 2 << plain << QStringList{"BANKOWY DOWÓD WPŁATY", "w (Banku): mBank"}
-                                       << QStringList{};
     // The amount outside boxes in the firm's format, and the issue date when both the firm and user want it.
-    QTest::newRow("deposit, 123,45 zł") << 2 << Settings{.nowe = 1, .zlGr = 1} << QStringList{"1 234,50 zł", Wording}
-                                        << QStringList{};
+    QTest::newRow("deposit, 123,45 zł") << 2 << Settings{.nowe = 1, .zlGr = 1}
+                                        << QStringList{"1 234,50 zł", Wording, "w (Banku): mBank"} << QStringList{};
     QTest::newRow("postal, 123 zł 45 gr") << 3 << Settings{.nowe = 1, .zlGr = 2}
                                           << QStringList{"1 234 zł 50 gr", Wording} << QStringList{};
     QTest::newRow("transfer, dated") << 1 << Settings{.data = 1} << QStringList{"05-03-2026"} << QStringList{};
@@ -234,35 +226,15 @@ void TestSlips::printedText()
         QVERIFY2(phrase(pdf, text).isEmpty(), qPrintable(text));
 }
 
-// Right-aligned in the boxes and in words; a job told to leave the amount out shows neither.
-void TestSlips::amountInBoxesAndWords()
-{
-    RecordingDialogs d;
-    PaymentDocument doc;
-    for (int kind : {5, 1}) {
-        const Slip::Boxes amount = kind == 5 ? Zus.amount : Bank.amount;
-        doc = sampleDocument(kind);
-        doc.kontoFirmy.clear(); // paid in cash: the words take the payer's account row
-        const PdfContent pdf = print(doc, {});
-        QCOMPARE(boxText(pdf, amount), QStringLiteral("1234,50"));
-        QCOMPARE(boxText(pdf, kind == 5 ? Zus.currency : Bank.currency), QStringLiteral("PLN"));
-        QVERIFY(!phrase(pdf, Wording).isEmpty());
-        const qreal lastBox = Slip::boxX(amount.x, amount.count - 1);
-        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, lastBox, amount.y, 1, amount.height}), QStringLiteral("0"));
-    }
-    PrintEngine::instance().setAmountPrinted(false);
-    const PdfContent pdf = print(doc, {});
-    QCOMPARE(boxText(pdf, Bank.amount), QString());
-    QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
-    QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234,50")));
-    // The next job prints the amount again.
-    QVERIFY(!phrase(print(doc, {}), Wording).isEmpty());
-}
-
-void TestSlips::zusAccountAndPeriod()
+// An account closed since 2017 still prints on the ZUS form, with a warning; a firm with its
+// own contribution account (NRS) pays ZUS with a plain transfer to it.
+void TestSlips::zusSlips()
 {
     const QString account = QStringLiteral("73101010230000261395300000"); // FP i FGŚP
     RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
     PaymentDocument doc = sampleDocument(5);
     doc.zus.nrRachunku = 2;
     doc.zus.typWplaty = 6; // "A": only the whole form has a box for it
@@ -280,30 +252,16 @@ void TestSlips::zusAccountAndPeriod()
         QCOMPARE(boxText(pdf, Zus.paymentType, corner), wstawiany ? QString() : QStringLiteral("A"));
         QCOMPARE(boxText(pdf, Zus.payer, corner), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
     }
-}
-
-// A firm with its own contribution account (NRS) pays ZUS with a plain transfer to it; one of
-// the accounts closed since 2017 still prints on the ZUS form, with a warning.
-void TestSlips::zusContributionAccount()
-{
-    RecordingDialogs d;
-    FirmData firm = *FirmStore::read(Db());
-    firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
-    QVERIFY(FirmStore::save(Db(), firm, {}));
-    PaymentDocument doc = sampleDocument(5);
+    QVERIFY(d.saw(QStringLiteral("Rachunek ZUS \"FP i FGŚP\" zamknięto z końcem 2017 roku")));
+    d.clear();
+    doc = sampleDocument(5);
     doc.zus.nrRachunku = qint16(ZusAccount::Individual);
     // Account and title stand one character per box: compare without the gaps between them.
-    QString text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
-    const QString nrs = QStringLiteral("44600000020260015261040828"), zusForm = QStringLiteral("01.NrrachunkubankowegoZUS");
+    const QString text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
     for (const QString p : {"Polecenieprzelewu", "ZakładUbezpieczeńSpołecznych", "SkładkiZUS", "03/2026,dekl.", "44600000020260015261040828"})
         QVERIFY2(text.contains(p), qPrintable(p));
-    QVERIFY(!text.contains(QStringLiteral("Hurtownia")) && !text.contains(zusForm));
+    QVERIFY(!text.contains(QStringLiteral("Hurtownia")) && !text.contains(QStringLiteral("01.NrrachunkubankowegoZUS")));
     QVERIFY(d.calls.isEmpty());
-    doc.zus.nrRachunku = 1;
-    text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
-    QVERIFY(text.contains(zusForm) && text.contains(QStringLiteral("78101010230000261395200000")));
-    QVERIFY(!text.contains(QStringLiteral("Polecenieprzelewu")) && !text.contains(nrs));
-    QVERIFY(d.saw(QStringLiteral("Rachunek ZUS \"Ubezpieczenie zdrowotne\" zamknięto z końcem 2017 roku")));
 }
 
 void TestSlips::taxIdentifierAndPeriod_data()
@@ -311,8 +269,6 @@ void TestSlips::taxIdentifierAndPeriod_data()
     QTest::addColumn<TaxCase>("c");
     QTest::newRow("NIP, month") << TaxCase{0, "", 2024, 0, "01", "N", "24M01"};
     QTest::newRow("PESEL, quarter") << TaxCase{2, "80010112345", 2023, 3, "04", "P", "23K04"};
-    const int next = QDate::currentDate().year() + 1;
-    QTest::newRow("year the list grew by") << TaxCase{0, "", next, 0, "12", "N", QString::number(next).right(2) + "M12"};
 }
 
 void TestSlips::taxIdentifierAndPeriod()
@@ -390,12 +346,6 @@ void TestSlips::statement()
     QCOMPARE(pdf.pages, 4);
     QCOMPARE(pdf.text().count(QStringLiteral("Ilość przelewów: 400")), 2);
     QCOMPARE(pdf.text().count(QStringLiteral("Razem: 80 202,00")), 2);
-    QCOMPARE(pdf.text().count(QStringLiteral("Data: 05-03-2026")), 2);
-    const QRectF firm = phrase(pdf, QStringLiteral("Zakład Ślusarski Żółć"));
-    QVERIFY(qAbs(phrase(pdf, QStringLiteral("W CIĘŻAR RACHUNKU FIRMY:")).top() - firm.top()) < 2);
-    const QRectF street = phrase(pdf, QStringLiteral("ul. Długa 5"));
-    QVERIFY(street.top() > firm.top() && qAbs(street.left() - firm.left()) < 2);
-    QCOMPARE(pdf.count(QStringLiteral("/")), 0); // no flat number, no " / "
     for (const Money &m : s.amounts)
         QVERIFY(pdf.text().contains(Kwota(m)));
 }
@@ -412,21 +362,21 @@ void TestSlips::backSideAfterTurnOver()
             RecordingDialogs::message(text, title, icon);
         }
     };
-    for (const auto &[kind, back] : {std::pair{3, "Rodzaj zobowiązania: Faktura 12/2026"}, {4, "Znamiona dowodu tożsamości"}}) {
-        Turning d;
-        const PdfContent pdf = print(sampleDocument(kind), {});
-        QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
-        QVERIFY(d.calls.first().text.contains(QStringLiteral("przełóż kartkę na drugą stronę"), Qt::CaseInsensitive));
-        QCOMPARE(d.pagesWhenAsked, 1);
-        QCOMPARE(pdf.pages, 2);
-        QVERIFY(phrase(pdf, QString::fromUtf8(back), 0).isEmpty());
-        QVERIFY(!phrase(pdf, QString::fromUtf8(back), 1).isEmpty());
-    }
+    Turning d;
+    const PdfContent pdf = print(sampleDocument(4), {});
+    QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
+    QVERIFY(d.calls.first().text.contains(QStringLiteral("przełóż kartkę na drugą stronę"), Qt::CaseInsensitive));
+    QCOMPARE(d.pagesWhenAsked, 1);
+    const QString back = QStringLiteral("Znamiona dowodu tożsamości");
+    QVERIFY(phrase(pdf, back, 0).isEmpty() && !phrase(pdf, back, 1).isEmpty());
 }
 
 void TestSlips::depositSlipCopies()
 {
     RecordingDialogs d;
+    // Leaving the amount out holds for one job: the copies below have it again.
+    PrintEngine::instance().setAmountPrinted(false);
+    QCOMPARE(boxText(print(sampleDocument(1), {}), Bank.amount), QString());
     const PdfContent pdf = print(sampleDocument(2), {});
     QCOMPARE(pdf.pages, 1);
     const QRectF first = phrase(pdf, QStringLiteral("Hurtownia Gęśla"));
@@ -460,7 +410,8 @@ void TestSlips::valueRows_data()
 }
 
 // Every value of a part lands in one of the form's value rows, inside its boxes' height,
-// and every row is used: on the whole form and on a pre-printed one alike.
+// and every row is used: on the whole form and on a pre-printed one alike. The amount stands
+// right-aligned after its currency and is spelt out only where no payer's account takes the row.
 void TestSlips::valueRows()
 {
     QFETCH(int, kind);
@@ -477,12 +428,18 @@ void TestSlips::valueRows()
         doc.kontoFirmy.clear();
     for (int wstawiany : {0, 1}) {
         const PdfContent pdf = print(doc, Settings{.wstawiany = wstawiany}, kind == 5 ? "dprzelewZus" : "dprzelew");
+        const QPointF corner = wstawiany ? QPointF() : Slip::SafeShift;
         if (kind != 5) // digits only, one to a box: the country code and blanks dropped
-            QCOMPARE(boxText(pdf, rows.at(2), wstawiany ? QPointF() : Slip::SafeShift),
-                     QStringLiteral("45114020040000300201234567"));
+            QCOMPARE(boxText(pdf, rows.at(2), corner), QStringLiteral("45114020040000300201234567"));
+        const Slip::Boxes a = rows.at(kind == 5 ? 1 : 3);
+        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, Slip::boxX(a.x, -4), a.y, a.count + 4, a.height}, corner),
+                 QStringLiteral("PLN1234,50"));
+        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, Slip::boxX(a.x, a.count - 1), a.y, 1, a.height}, corner),
+                 QStringLiteral("0"));
+        QCOMPARE(phrase(pdf, Wording).isEmpty(), !cash);
         QSet<int> used;
         for (const PdfWord &w : pdf.words) {
-            const QPointF c = w.box.center() - (wstawiany ? QPointF() : Slip::SafeShift);
+            const QPointF c = w.box.center() - corner;
             if (w.page != 0 || c.y() > Slip::PartHeight)
                 continue;
             int row = -1;
@@ -503,12 +460,10 @@ void TestSlips::longestValuesDoNotOverlap_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<Settings>("settings");
     QTest::newRow("transfer") << 1 << Settings{.data = 1};
-    QTest::newRow("transfer, cash") << -1 << Settings{.data = 1};
     QTest::newRow("simplified slip") << 1 << Settings{.nowe = 1, .data = 1};
     QTest::newRow("deposit slip") << 2 << Settings{.data = 1};
     QTest::newRow("postal order to an account") << 3 << Settings{.data = 1};
     QTest::newRow("named postal order") << 4 << Settings{.data = 1};
-    QTest::newRow("named postal order, fields only") << 4 << Settings{.wstawiany = 1, .data = 1};
     QTest::newRow("ZUS") << 5 << Settings{.data = 1};
     QTest::newRow("tax") << 6 << Settings{.data = 1};
     QTest::newRow("tax, old form") << 6 << Settings{.nowe = 1, .data = 1};
@@ -530,30 +485,25 @@ void TestSlips::longestValuesDoNotOverlap()
     firm.nrLokalu = QStringLiteral("1234567890");
     firm.miasto = longest(QStringLiteral("Kędzierzyn-Koźle"), 30);
     QVERIFY(FirmStore::save(Db(), firm, {}));
-    PaymentDocument doc = sampleDocument(qAbs(kind), QDate(2026, 12, 28));
-    if (kind < 0)
-        doc.kontoFirmy.clear();
+    PaymentDocument doc = sampleDocument(kind, QDate(2026, 12, 28));
     doc.klientNazwa = longest(QStringLiteral("Hurtownia Materiałów Budowlanych"), 50);
     doc.klientNazwa1 = longest(QStringLiteral("Oddział Południowy"), 50);
     doc.klientUlica = longest(QStringLiteral("ul. Księcia Józefa Poniatowskiego"), 40);
     doc.klientMiasto = longest(QStringLiteral("Szczebrzeszyn"), 30);
     doc.klientBank = longest(QStringLiteral("Bank Spółdzielczy"), 50);
-    doc.zaDokumentNazwa = longest(QStringLiteral("Faktury"), Slip::titleCapacity(qAbs(kind)).rows > 0 ? 108 : 150);
+    doc.zaDokumentNazwa = longest(QStringLiteral("Faktury"), Slip::titleCapacity(kind).rows > 0 ? 108 : 150);
     doc.wartosc = *Money::parse(QStringLiteral("987654321,77"));
     doc.pod.symbol = QStringLiteral("PIT-37");
     doc.pod.identyfikacja = QStringLiteral("12345678901234567890");
     const PdfContent pdf = print(doc, settings, kind == 5 ? "dprzelewZus" : "dprzelew");
     QVERIFY(FirmStore::save(Db(), saved, {}));
-    QVERIFY(pdf.ok);
     QVERIFY(pdf.words.size() > 50);
     const QString clash = overlapping(pdf);
     QVERIFY2(clash.isEmpty(), qPrintable(clash));
     // On plain paper nothing comes nearer than 5 mm to the sheet's edges (A4 portrait here).
-    if (settings.wstawiany == 0) {
-        const QRectF safe = QRectF(0, 0, 11906, 16838).adjusted(283, 283, -283, -283);
-        for (const PdfWord &w : pdf.words)
-            QVERIFY2(safe.contains(w.box), qPrintable(w.text));
-    }
+    const QRectF safe = QRectF(0, 0, 11906, 16838).adjusted(283, 283, -283, -283);
+    for (const PdfWord &w : pdf.words)
+        QVERIFY2(safe.contains(w.box), qPrintable(w.text));
 }
 
 // The PDF "printer" calibrated 10 mm to the right, 5 mm up and 2% larger: a pre-printed
@@ -590,7 +540,6 @@ void TestSlips::paymentQrCode_data()
     QTest::newRow("simplified slip, both parts") << Settings{.nowe = 1} << 1 << -1 << account << 2;
     QTest::newRow("firm turned it off") << Settings{} << 0 << -1 << account << 0;
     QTest::newRow("turned on for the job") << Settings{} << 0 << 1 << account << 1;
-    QTest::newRow("turned off for the job") << Settings{} << 1 << 0 << account << 0;
     QTest::newRow("account of 25 digits") << Settings{} << 1 << -1 << account.chopped(1) << 0;
 }
 
@@ -617,7 +566,6 @@ void TestSlips::paymentQrCode()
     doc.zaDokumentNazwa = QStringLiteral("Faktura 12/2026 | za materiały budowlane");
     const PdfContent pdf = print(doc, settings);
     QVERIFY(PaymentQr::saveFirmSetting(Db(), true));
-    QVERIFY(pdf.ok);
     const QString expected = QStringLiteral("5261040828|PL|45114020040000300201234567|123450|Hurtownia Gęśla|"
                                             "Faktura 12/2026 za materiały bud|||");
     QString found;
