@@ -7,7 +7,6 @@
 #include "print/ui/frmDrukPreview.h"
 #include "print/ui/frmPrintkopie.h"
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QDir>
@@ -114,9 +113,6 @@ void TestPreview::copiesWindow()
         QCOMPARE(SettingsStore::getInt(SettingsStore::App, SettingsStore::Print, QStringLiteral("KOPIE")).value_or(0),
                  copies);
     }
-    QVERIFY(!w.preview());
-    child<QCheckBox>(&w, QStringLiteral("chkpodglad"))->setChecked(true);
-    QVERIFY(w.preview());
 }
 
 QTEST_MAIN(TestPreview)
