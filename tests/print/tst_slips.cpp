@@ -30,7 +30,7 @@ const QString Wording = QStringLiteral("jeden tysiąc dwieście trzydzieści czt
 
 // The settings that shape a printout, all off unless a case turns them on.
 struct Settings {
-    int wstawiany = 0, nowe = 0, cztery = 0, naStronie = 0, szary = 0, data = 0, drukDaty = 1, zlGr = 0;
+    int wstawiany = 0, nowe = 0, cztery = 0, naStronie = 0, data = 0, drukDaty = 1, zlGr = 0;
     void apply() const
     {
         AppState &s = appState();
@@ -38,7 +38,7 @@ struct Settings {
         s.nowe = nowe;
         s.czteryOdcinki = cztery;
         s.czteryNaStronie = naStronie;
-        s.szary = szary;
+        s.szary = 0;
         s.data = data;
         s.drukDaty = drukDaty;
         s.drukZlGr = zlGr;
@@ -94,13 +94,6 @@ QString overlapping(const PdfContent &pdf)
     return {};
 }
 
-struct TaxCase {
-    int identifierType;
-    QString identifier;
-    int year, periodType;
-    QString number, letter, period;
-};
-
 // The longest texts each field accepts.
 QString longest(const QString &start, int length)
 {
@@ -114,19 +107,12 @@ QString longest(const QString &start, int length)
 
 Q_DECLARE_METATYPE(Settings)
 Q_DECLARE_METATYPE(Slip::Boxes)
-Q_DECLARE_METATYPE(TaxCase)
 
 class TestSlips : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void printedText_data();
-    void printedText();
-    void amountInBoxesAndWords();
-    void zusAccountAndPeriod();
-    void zusContributionAccount();
-    void taxIdentifierAndPeriod_data();
-    void taxIdentifierAndPeriod();
+    void zusSlips();
     void partsOnSheets_data();
     void partsOnSheets();
     void statement();
@@ -134,11 +120,12 @@ private Q_SLOTS:
     void depositSlipCopies();
     void valueRows_data();
     void valueRows();
-    void longestValuesDoNotOverlap_data();
-    void longestValuesDoNotOverlap();
+    void taxIdentifierAndPeriod(); // after the value rows: it changes the firm's identifier
     void printerCalibration();
     void paymentQrCode_data();
     void paymentQrCode();
+    void longestValuesDoNotOverlap_data(); // last: it leaves the firm's longest values behind
+    void longestValuesDoNotOverlap();
 
 private:
     PdfContent print(const PaymentDocument &doc, const Settings &settings,
@@ -187,82 +174,15 @@ PdfContent TestSlips::print(const PaymentDocument &doc, const Settings &settings
     return printJob(procedure, *id);
 }
 
-void TestSlips::printedText_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<Settings>("settings");
-    QTest::addColumn<QStringList>("present");
-    QTest::addColumn<QStringList>("absent");
-    const Settings plain, old{.nowe = 1}, prePrinted{.wstawiany = 1};
-    // Which form each setting chooses, told by a caption only that form has.
-    QTest::newRow("transfer") << 1 << plain << QStringList{"Polecenie przelewu", "kwota słownie (wpłata)"}
-                              << QStringList{"Wpłata gotówkowa", "odcinek dla odbiorcy"};
-    QTest::newRow("simplified slip") << 1 << old << QStringList{"numer rachunku odbiorcy cd.", "słownie:"}
-                                     << QStringList{"Polecenie przelewu"};
-    QTest::newRow("tax form") << 6 << plain << QStringList{"Nazwa organu podatkowego cd.", "typ identyfikatora"}
-                              << QStringList{"tytułem"};
-    QTest::newRow("tax on the old bank form") << 6 << old << QStringList{"NIP lub identyfikator uzup. zobowiązanego"}
-                                              << QStringList{"tytułem", "Nazwa organu podatkowego"};
-    QTest::newRow("named postal order") << 4 << plain << QStringList{"PRZEKAZ", "Dowód nadania"}
-                                        << QStringList{"Przekaz Pocztowy"};
-    QTest::newRow("named postal order, fields only") << 4 << prePrinted << QStringList{"Przekaz Pocztowy", "Hurtownia Gęśla"}
-                                                     << QStringList{"PRZEKAZ", "Dowód nadania"};
-    QTest::newRow("bank deposit slip") << 2 << plain << QStringList{"BANKOWY DOWÓD WPŁATY", "w (Banku): mBank"}
-                                       << QStringList{};
-    // The amount outside boxes in the firm's format, and the issue date when both the firm and user want it.
-    QTest::newRow("deposit, 123,45 zł") << 2 << Settings{.nowe = 1, .zlGr = 1} << QStringList{"1 234,50 zł", Wording}
-                                        << QStringList{};
-    QTest::newRow("postal, 123 zł 45 gr") << 3 << Settings{.nowe = 1, .zlGr = 2}
-                                          << QStringList{"1 234 zł 50 gr", Wording} << QStringList{};
-    QTest::newRow("transfer, dated") << 1 << Settings{.data = 1} << QStringList{"05-03-2026"} << QStringList{};
-    QTest::newRow("transfer, user turned dates off")
-        << 1 << Settings{.data = 1, .drukDaty = 0} << QStringList{} << QStringList{"05-03-2026"};
-}
-
-void TestSlips::printedText()
-{
-    QFETCH(int, kind);
-    QFETCH(Settings, settings);
-    QFETCH(QStringList, present);
-    QFETCH(QStringList, absent);
-    RecordingDialogs d;
-    const PdfContent pdf = print(sampleDocument(kind), settings);
-    QVERIFY(pdf.ok);
-    for (const QString &text : present)
-        QVERIFY2(!phrase(pdf, text).isEmpty(), qPrintable(text));
-    for (const QString &text : absent)
-        QVERIFY2(phrase(pdf, text).isEmpty(), qPrintable(text));
-}
-
-// Right-aligned in the boxes and in words; a job told to leave the amount out shows neither.
-void TestSlips::amountInBoxesAndWords()
-{
-    RecordingDialogs d;
-    PaymentDocument doc;
-    for (int kind : {5, 1}) {
-        const Slip::Boxes amount = kind == 5 ? Zus.amount : Bank.amount;
-        doc = sampleDocument(kind);
-        doc.kontoFirmy.clear(); // paid in cash: the words take the payer's account row
-        const PdfContent pdf = print(doc, {});
-        QCOMPARE(boxText(pdf, amount), QStringLiteral("1234,50"));
-        QCOMPARE(boxText(pdf, kind == 5 ? Zus.currency : Bank.currency), QStringLiteral("PLN"));
-        QVERIFY(!phrase(pdf, Wording).isEmpty());
-        const qreal lastBox = Slip::boxX(amount.x, amount.count - 1);
-        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, lastBox, amount.y, 1, amount.height}), QStringLiteral("0"));
-    }
-    PrintEngine::instance().setAmountPrinted(false);
-    const PdfContent pdf = print(doc, {});
-    QCOMPARE(boxText(pdf, Bank.amount), QString());
-    QVERIFY(!pdf.text().contains(QStringLiteral("tysiąc")));
-    QVERIFY(!pdf.text().remove(QLatin1Char(' ')).contains(QStringLiteral("1234,50")));
-    // The next job prints the amount again.
-    QVERIFY(!phrase(print(doc, {}), Wording).isEmpty());
-}
-
-void TestSlips::zusAccountAndPeriod()
+// An account closed since 2017 still prints on the ZUS form, with a warning; a firm with its
+// own contribution account (NRS) pays ZUS with a plain transfer to it.
+void TestSlips::zusSlips()
 {
     const QString account = QStringLiteral("73101010230000261395300000"); // FP i FGŚP
     RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
     PaymentDocument doc = sampleDocument(5);
     doc.zus.nrRachunku = 2;
     doc.zus.typWplaty = 6; // "A": only the whole form has a box for it
@@ -276,66 +196,20 @@ void TestSlips::zusAccountAndPeriod()
         QCOMPARE(boxText(pdf, Zus.account, corner + QPointF(0, Slip::StackedPitch)), account); // the payer's part too
         QCOMPARE(boxText(pdf, Zus.declaration, corner), QStringLiteral("01") + years.last());
         QCOMPARE(boxText(pdf, Zus.nip, corner), QStringLiteral("5261040828"));
-        QCOMPARE(boxText(pdf, Zus.identifierType, corner), QStringLiteral("R"));
         QCOMPARE(boxText(pdf, Zus.paymentType, corner), wstawiany ? QString() : QStringLiteral("A"));
         QCOMPARE(boxText(pdf, Zus.payer, corner), QStringLiteral("ŻÓŁĆSPÓŁKA")); // the short name
     }
-}
-
-// A firm with its own contribution account (NRS) pays ZUS with a plain transfer to it; one of
-// the accounts closed since 2017 still prints on the ZUS form, with a warning.
-void TestSlips::zusContributionAccount()
-{
-    RecordingDialogs d;
-    FirmData firm = *FirmStore::read(Db());
-    firm.nrs = QStringLiteral("44 6000 0002 0260 0152 6104 0828");
-    QVERIFY(FirmStore::save(Db(), firm, {}));
-    PaymentDocument doc = sampleDocument(5);
+    QVERIFY(d.saw(QStringLiteral("Rachunek ZUS \"FP i FGŚP\" zamknięto z końcem 2017 roku")));
+    d.clear();
+    doc = sampleDocument(5);
     doc.zus.nrRachunku = qint16(ZusAccount::Individual);
     // Account and title stand one character per box: compare without the gaps between them.
-    QString text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
-    const QString nrs = QStringLiteral("44600000020260015261040828"), zusForm = QStringLiteral("01.NrrachunkubankowegoZUS");
-    for (const QString p : {"Polecenieprzelewu", "ZakładUbezpieczeńSpołecznych", "SkładkiZUS", "03/2026,dekl.", "44600000020260015261040828"})
+    const QString text = print(doc, Settings{.data = 1}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
+    for (const QString p : {"Polecenieprzelewu", "ZakładUbezpieczeńSpołecznych", "SkładkiZUS", "03/2026,dekl.",
+                            "44600000020260015261040828", "05-03-2026"})
         QVERIFY2(text.contains(p), qPrintable(p));
-    QVERIFY(!text.contains(QStringLiteral("Hurtownia")) && !text.contains(zusForm));
+    QVERIFY(!text.contains(QStringLiteral("Hurtownia")) && !text.contains(QStringLiteral("01.NrrachunkubankowegoZUS")));
     QVERIFY(d.calls.isEmpty());
-    doc.zus.nrRachunku = 1;
-    text = print(doc, {}, QStringLiteral("dprzelewZus")).text().remove(QLatin1Char(' '));
-    QVERIFY(text.contains(zusForm) && text.contains(QStringLiteral("78101010230000261395200000")));
-    QVERIFY(!text.contains(QStringLiteral("Polecenieprzelewu")) && !text.contains(nrs));
-    QVERIFY(d.saw(QStringLiteral("Rachunek ZUS \"Ubezpieczenie zdrowotne\" zamknięto z końcem 2017 roku")));
-}
-
-void TestSlips::taxIdentifierAndPeriod_data()
-{
-    QTest::addColumn<TaxCase>("c");
-    QTest::newRow("NIP, month") << TaxCase{0, "", 2024, 0, "01", "N", "24M01"};
-    QTest::newRow("PESEL, quarter") << TaxCase{2, "80010112345", 2023, 3, "04", "P", "23K04"};
-    const int next = QDate::currentDate().year() + 1;
-    QTest::newRow("year the list grew by") << TaxCase{0, "", next, 0, "12", "N", QString::number(next).right(2) + "M12"};
-}
-
-void TestSlips::taxIdentifierAndPeriod()
-{
-    QFETCH(TaxCase, c);
-    RecordingDialogs d;
-    FirmData firm = *FirmStore::read(Db());
-    firm.typIdentPod = c.identifierType;
-    firm.identPod = c.identifier;
-    QVERIFY(FirmStore::save(Db(), firm, {}));
-    PaymentDocument doc = sampleDocument(6);
-    doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), c.year));
-    doc.pod.typOkresu = qint16(c.periodType);
-    doc.pod.nrOkresu = c.number;
-    doc.pod.symbol = QStringLiteral("VAT-7");
-    for (const int old : {0, 1}) {
-        const PdfContent pdf = print(doc, Settings{.nowe = old});
-        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifierType : Tax.identifierType), c.letter);
-        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.identifier : Tax.identifier),
-                 c.identifier.isEmpty() ? QStringLiteral("5261040828") : c.identifier);
-        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.period : Tax.period), c.period);
-        QCOMPARE(boxText(pdf, old ? TaxFieldsOnBank.symbol : Tax.symbol), QStringLiteral("VAT-7"));
-    }
 }
 
 void TestSlips::partsOnSheets_data()
@@ -349,11 +223,10 @@ void TestSlips::partsOnSheets_data()
     const qreal shrunk = (11906 - 2 * PrintEngine::SafeMargin) / 11906;
     const Settings onA4{.cztery = 1, .naStronie = 1};
     QTest::newRow("two parts") << Settings{} << QList<bool>{} << 1 << below;
-    QTest::newRow("four parts, two sheets") << Settings{.cztery = 1} << QList<bool>{} << 2 << below;
     QTest::newRow("four on A4, down the columns") << onA4 << QList<bool>{true} << 1 << QPointF(0, Slip::GridRow) * shrunk;
     QTest::newRow("four on A4, along the rows") << onA4 << QList<bool>{false, true} << 1
                                                 << QPointF(Slip::GridColumn, 0) * shrunk;
-    QTest::newRow("four on A4 refused") << onA4 << QList<bool>{false, false} << 2 << below;
+    QTest::newRow("four on A4 refused: two sheets") << onA4 << QList<bool>{false, false} << 2 << below;
 }
 
 void TestSlips::partsOnSheets()
@@ -366,7 +239,6 @@ void TestSlips::partsOnSheets()
     d.answers = answers;
     PrintEngine::instance().setNextCopies(2); // the answer holds for every copy
     const PdfContent pdf = print(sampleDocument(1), settings);
-    QCOMPARE(d.callsOf(QStringLiteral("question")).size(), answers.size());
     QCOMPARE(pdf.pages, 2 * pages);
     const QStringList labels = settings.cztery
                                    ? QStringList{"odcinek dla banku odbiorcy", "odcinek dla odbiorcy"}
@@ -390,12 +262,6 @@ void TestSlips::statement()
     QCOMPARE(pdf.pages, 4);
     QCOMPARE(pdf.text().count(QStringLiteral("Ilość przelewów: 400")), 2);
     QCOMPARE(pdf.text().count(QStringLiteral("Razem: 80 202,00")), 2);
-    QCOMPARE(pdf.text().count(QStringLiteral("Data: 05-03-2026")), 2);
-    const QRectF firm = phrase(pdf, QStringLiteral("Zakład Ślusarski Żółć"));
-    QVERIFY(qAbs(phrase(pdf, QStringLiteral("W CIĘŻAR RACHUNKU FIRMY:")).top() - firm.top()) < 2);
-    const QRectF street = phrase(pdf, QStringLiteral("ul. Długa 5"));
-    QVERIFY(street.top() > firm.top() && qAbs(street.left() - firm.left()) < 2);
-    QCOMPARE(pdf.count(QStringLiteral("/")), 0); // no flat number, no " / "
     for (const Money &m : s.amounts)
         QVERIFY(pdf.text().contains(Kwota(m)));
 }
@@ -412,29 +278,33 @@ void TestSlips::backSideAfterTurnOver()
             RecordingDialogs::message(text, title, icon);
         }
     };
-    for (const auto &[kind, back] : {std::pair{3, "Rodzaj zobowiązania: Faktura 12/2026"}, {4, "Znamiona dowodu tożsamości"}}) {
-        Turning d;
-        const PdfContent pdf = print(sampleDocument(kind), {});
-        QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
-        QVERIFY(d.calls.first().text.contains(QStringLiteral("przełóż kartkę na drugą stronę"), Qt::CaseInsensitive));
-        QCOMPARE(d.pagesWhenAsked, 1);
-        QCOMPARE(pdf.pages, 2);
-        QVERIFY(phrase(pdf, QString::fromUtf8(back), 0).isEmpty());
-        QVERIFY(!phrase(pdf, QString::fromUtf8(back), 1).isEmpty());
-    }
+    Turning d;
+    const PdfContent pdf = print(sampleDocument(4), Settings{.nowe = 1, .zlGr = 2});
+    QVERIFY(!phrase(pdf, QStringLiteral("1 234 zł 50 gr")).isEmpty()); // the firm's amount format
+    QCOMPARE(d.callsOf(QStringLiteral("message")).size(), 1);
+    QVERIFY(d.calls.first().text.contains(QStringLiteral("przełóż kartkę na drugą stronę"), Qt::CaseInsensitive));
+    QCOMPARE(d.pagesWhenAsked, 1);
+    const QString back = QStringLiteral("Znamiona dowodu tożsamości");
+    QVERIFY(phrase(pdf, back, 0).isEmpty() && !phrase(pdf, back, 1).isEmpty());
 }
 
 void TestSlips::depositSlipCopies()
 {
     RecordingDialogs d;
-    const PdfContent pdf = print(sampleDocument(2), {});
+    // Leaving the amount out holds for one job: the copies below have it again. The issue
+    // date only when both the firm and the user want it (the firm's alone: the ZUS scene).
+    PrintEngine::instance().setAmountPrinted(false);
+    const PdfContent bare = print(sampleDocument(1), Settings{.data = 1, .drukDaty = 0});
+    QVERIFY(boxText(bare, Bank.amount).isEmpty() && phrase(bare, QStringLiteral("05-03-2026")).isEmpty());
+    const PdfContent pdf = print(sampleDocument(2), Settings{.nowe = 1, .zlGr = 1});
     QCOMPARE(pdf.pages, 1);
+    QVERIFY(!phrase(pdf, QStringLiteral("w (Banku): mBank")).isEmpty());
     const QRectF first = phrase(pdf, QStringLiteral("Hurtownia Gęśla"));
     for (int copy = 0; copy < 4; ++copy) {
         // The same recipient, amount and wording on every copy, one copy lower each time.
         QVERIFY(qAbs(phrase(pdf, QStringLiteral("Hurtownia Gęśla"), 0, copy).top() - first.top() -
                      copy * DepositSlip.pitch) < 2);
-        QVERIFY(!phrase(pdf, QStringLiteral("1 234,50"), 0, copy).isEmpty());
+        QVERIFY(!phrase(pdf, QStringLiteral("1 234,50 zł"), 0, copy).isEmpty());
         QVERIFY(!phrase(pdf, Wording, 0, copy).isEmpty());
     }
     QVERIFY(phrase(pdf, QStringLiteral("1 234,50"), 0, 4).isEmpty());
@@ -460,7 +330,8 @@ void TestSlips::valueRows_data()
 }
 
 // Every value of a part lands in one of the form's value rows, inside its boxes' height,
-// and every row is used: on the whole form and on a pre-printed one alike.
+// and every row is used: on the whole form and on a pre-printed one alike. The amount stands
+// right-aligned after its currency and is spelt out only where no payer's account takes the row.
 void TestSlips::valueRows()
 {
     QFETCH(int, kind);
@@ -471,18 +342,30 @@ void TestSlips::valueRows()
     doc.klientNazwa1 = QStringLiteral("Oddział w Krakowie");
     doc.pod.symbol = QStringLiteral("VAT-7");
     doc.pod.identyfikacja = QStringLiteral("2026/03");
+    doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), 2024));
+    doc.pod.nrOkresu = QStringLiteral("01");
     doc.zaDokumentNazwa = QStringLiteral("Faktura 12/2026 za materiały budowlane");
     doc.klientKonto = QStringLiteral("PL45 1140 2004 0000 3002 0123 4567");
     if (cash)
         doc.kontoFirmy.clear();
     for (int wstawiany : {0, 1}) {
         const PdfContent pdf = print(doc, Settings{.wstawiany = wstawiany}, kind == 5 ? "dprzelewZus" : "dprzelew");
+        const QPointF corner = wstawiany ? QPointF() : Slip::SafeShift;
         if (kind != 5) // digits only, one to a box: the country code and blanks dropped
-            QCOMPARE(boxText(pdf, rows.at(2), wstawiany ? QPointF() : Slip::SafeShift),
-                     QStringLiteral("45114020040000300201234567"));
+            QCOMPARE(boxText(pdf, rows.at(2), corner), QStringLiteral("45114020040000300201234567"));
+        const Slip::Boxes a = rows.at(kind == 5 ? 1 : 3);
+        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, Slip::boxX(a.x, -4), a.y, a.count + 4, a.height}, corner),
+                 QStringLiteral("PLN1234,50"));
+        QCOMPARE(boxText(pdf, Slip::Boxes{nullptr, Slip::boxX(a.x, a.count - 1), a.y, 1, a.height}, corner),
+                 QStringLiteral("0"));
+        QCOMPARE(phrase(pdf, Wording).isEmpty(), !cash);
+        if (kind == 6) // the firm's NIP with its letter, the month with its year
+            QCOMPARE(boxText(pdf, Tax.identifierType, corner) + boxText(pdf, Tax.identifier, corner) +
+                         boxText(pdf, Tax.period, corner),
+                     QStringLiteral("N526104082824M01"));
         QSet<int> used;
         for (const PdfWord &w : pdf.words) {
-            const QPointF c = w.box.center() - (wstawiany ? QPointF() : Slip::SafeShift);
+            const QPointF c = w.box.center() - corner;
             if (w.page != 0 || c.y() > Slip::PartHeight)
                 continue;
             int row = -1;
@@ -503,12 +386,10 @@ void TestSlips::longestValuesDoNotOverlap_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<Settings>("settings");
     QTest::newRow("transfer") << 1 << Settings{.data = 1};
-    QTest::newRow("transfer, cash") << -1 << Settings{.data = 1};
     QTest::newRow("simplified slip") << 1 << Settings{.nowe = 1, .data = 1};
     QTest::newRow("deposit slip") << 2 << Settings{.data = 1};
     QTest::newRow("postal order to an account") << 3 << Settings{.data = 1};
     QTest::newRow("named postal order") << 4 << Settings{.data = 1};
-    QTest::newRow("named postal order, fields only") << 4 << Settings{.wstawiany = 1, .data = 1};
     QTest::newRow("ZUS") << 5 << Settings{.data = 1};
     QTest::newRow("tax") << 6 << Settings{.data = 1};
     QTest::newRow("tax, old form") << 6 << Settings{.nowe = 1, .data = 1};
@@ -520,7 +401,6 @@ void TestSlips::longestValuesDoNotOverlap()
     QFETCH(Settings, settings);
     RecordingDialogs d;
     FirmData firm = *FirmStore::read(Db());
-    const FirmData saved = firm;
     firm.nazwa = longest(QStringLiteral("Przedsiębiorstwo Handlowo-Usługowe"), 50);
     firm.nazwa1 = longest(QStringLiteral("Spółka z ograniczoną odpowiedzialnością"), 50);
     firm.nazwaSkrocona = longest(QStringLiteral("PHU Żółć"), 50);
@@ -530,85 +410,94 @@ void TestSlips::longestValuesDoNotOverlap()
     firm.nrLokalu = QStringLiteral("1234567890");
     firm.miasto = longest(QStringLiteral("Kędzierzyn-Koźle"), 30);
     QVERIFY(FirmStore::save(Db(), firm, {}));
-    PaymentDocument doc = sampleDocument(qAbs(kind), QDate(2026, 12, 28));
-    if (kind < 0)
-        doc.kontoFirmy.clear();
+    PaymentDocument doc = sampleDocument(kind, QDate(2026, 12, 28));
     doc.klientNazwa = longest(QStringLiteral("Hurtownia Materiałów Budowlanych"), 50);
     doc.klientNazwa1 = longest(QStringLiteral("Oddział Południowy"), 50);
     doc.klientUlica = longest(QStringLiteral("ul. Księcia Józefa Poniatowskiego"), 40);
     doc.klientMiasto = longest(QStringLiteral("Szczebrzeszyn"), 30);
     doc.klientBank = longest(QStringLiteral("Bank Spółdzielczy"), 50);
-    doc.zaDokumentNazwa = longest(QStringLiteral("Faktury"), Slip::titleCapacity(qAbs(kind)).rows > 0 ? 108 : 150);
+    doc.zaDokumentNazwa = longest(QStringLiteral("Faktury"), Slip::titleCapacity(kind).rows > 0 ? 108 : 150);
     doc.wartosc = *Money::parse(QStringLiteral("987654321,77"));
     doc.pod.symbol = QStringLiteral("PIT-37");
     doc.pod.identyfikacja = QStringLiteral("12345678901234567890");
     const PdfContent pdf = print(doc, settings, kind == 5 ? "dprzelewZus" : "dprzelew");
-    QVERIFY(FirmStore::save(Db(), saved, {}));
-    QVERIFY(pdf.ok);
     QVERIFY(pdf.words.size() > 50);
     const QString clash = overlapping(pdf);
     QVERIFY2(clash.isEmpty(), qPrintable(clash));
     // On plain paper nothing comes nearer than 5 mm to the sheet's edges (A4 portrait here).
-    if (settings.wstawiany == 0) {
-        const QRectF safe = QRectF(0, 0, 11906, 16838).adjusted(283, 283, -283, -283);
-        for (const PdfWord &w : pdf.words)
-            QVERIFY2(safe.contains(w.box), qPrintable(w.text));
-    }
+    const QRectF safe = QRectF(0, 0, 11906, 16838).adjusted(283, 283, -283, -283);
+    for (const PdfWord &w : pdf.words)
+        QVERIFY2(safe.contains(w.box), qPrintable(w.text));
 }
 
 // The PDF "printer" calibrated 10 mm to the right, 5 mm up and 2% larger: a pre-printed
-// form's values move by as much, on top of the firm's margins.
+// form's values move by as much, on top of the firm's margins (3 mm left, 12 mm down).
+// A tax identifier of another kind and a quarter, on the old bank form's tax fields.
+void TestSlips::taxIdentifierAndPeriod()
+{
+    RecordingDialogs d;
+    FirmData firm = *FirmStore::read(Db());
+    firm.typIdentPod = 2; // PESEL
+    firm.identPod = QStringLiteral("80010112345");
+    QVERIFY(FirmStore::save(Db(), firm, {}));
+    PaymentDocument doc = sampleDocument(6);
+    doc.pod.rok = qint16(ChoiceLists::yearPosition(ChoiceLists::taxYears(), 2023));
+    doc.pod.typOkresu = 3;
+    doc.pod.nrOkresu = QStringLiteral("04");
+    doc.pod.symbol = QStringLiteral("VAT-7");
+    const PdfContent pdf = print(doc, Settings{.nowe = 1});
+    QCOMPARE(boxText(pdf, TaxFieldsOnBank.identifierType), QStringLiteral("P"));
+    QCOMPARE(boxText(pdf, TaxFieldsOnBank.identifier), QStringLiteral("80010112345"));
+    QCOMPARE(boxText(pdf, TaxFieldsOnBank.period), QStringLiteral("23K04"));
+    QCOMPARE(boxText(pdf, TaxFieldsOnBank.symbol), QStringLiteral("VAT-7"));
+}
+
 void TestSlips::printerCalibration()
 {
     RecordingDialogs d;
-    PrinterCalibration{100, -50, 1020}.save(QStringLiteral("PDF"));
     Settings{.wstawiany = 1}.apply();
-    appState().margLewy = 2;
     PaymentDocument doc = sampleDocument(1);
     const auto id = DocumentStore::insert(Db(), doc);
     QVERIFY(id);
-    const PdfContent pdf = printJob(QStringLiteral("dprzelew"), *id);
-    PrinterCalibration{}.save(QStringLiteral("PDF"));
-    const QRectF name = phrase(pdf, QStringLiteral("H"));
     const QRectF plain = phrase(printJob(QStringLiteral("dprzelew"), *id), QStringLiteral("H"));
-    appState().margLewy = 0;
+    PrinterCalibration{100, -50, 1020}.save(QStringLiteral("PDF"));
+    appState().margLewy = -3;
+    appState().margPrawy = 12;
+    const QRectF name = phrase(printJob(QStringLiteral("dprzelew"), *id), QStringLiteral("H"));
+    PrinterCalibration{}.save(QStringLiteral("PDF"));
     QVERIFY(!name.isEmpty() && !plain.isEmpty());
-    QVERIFY(qAbs(name.left() - (567 + 1.02 * (plain.left()))) < 5);
-    QVERIFY(qAbs(name.top() - (-283.5 + 1.02 * plain.top())) < 5);
+    QVERIFY(qAbs(name.left() - (567 + 1.02 * (plain.left() - 3 * 56.7))) < 5);
+    QVERIFY(qAbs(name.top() - (-283.5 + 1.02 * (plain.top() + 12 * 56.7))) < 5);
 }
 
 void TestSlips::paymentQrCode_data()
 {
     QTest::addColumn<Settings>("settings");
-    QTest::addColumn<int>("firmSetting"); // -1: as a new firm has it
-    QTest::addColumn<int>("override");    // -1: none, else the job's --qr / --bez-qr
+    QTest::addColumn<bool>("firmSetting");
+    QTest::addColumn<int>("override"); // -1: none, else the job's --qr / --bez-qr
     QTest::addColumn<QString>("account");
     QTest::addColumn<int>("codes");
     const QString account = QStringLiteral("PL45 1140 2004 0000 3002 0123 4567");
-    QTest::newRow("new firm, transfer form") << Settings{} << -1 << -1 << account << 1;
-    QTest::newRow("four parts: the payer's copy only") << Settings{.cztery = 1} << -1 << -1 << account << 1;
-    QTest::newRow("simplified slip, both parts") << Settings{.nowe = 1} << 1 << -1 << account << 2;
-    QTest::newRow("firm turned it off") << Settings{} << 0 << -1 << account << 0;
-    QTest::newRow("turned on for the job") << Settings{} << 0 << 1 << account << 1;
-    QTest::newRow("turned off for the job") << Settings{} << 1 << 0 << account << 0;
-    QTest::newRow("account of 25 digits") << Settings{} << 1 << -1 << account.chopped(1) << 0;
+    QTest::newRow("transfer form") << Settings{} << true << -1 << account << 1;
+    QTest::newRow("four parts: the payer's copy only") << Settings{.cztery = 1} << true << -1 << account << 1;
+    QTest::newRow("simplified slip, both parts") << Settings{.nowe = 1} << true << -1 << account << 2;
+    QTest::newRow("firm turned it off") << Settings{} << false << -1 << account << 0;
+    QTest::newRow("turned on for the job") << Settings{} << false << 1 << account << 1;
+    QTest::newRow("account of 25 digits") << Settings{} << true << -1 << account.chopped(1) << 0;
 }
 
-// The code read back from the printed page by a scanner gives the banks' payment text.
+// The code read back from the printed pages by a scanner gives the banks' payment text.
 void TestSlips::paymentQrCode()
 {
     QFETCH(Settings, settings);
-    QFETCH(int, firmSetting);
+    QFETCH(bool, firmSetting);
     QFETCH(int, override);
     QFETCH(QString, account);
     QFETCH(int, codes);
     if (QStandardPaths::findExecutable(QStringLiteral("zbarimg")).isEmpty())
         QSKIP("zbarimg (zbar-tools) is not installed");
     RecordingDialogs d;
-    if (firmSetting < 0)
-        QVERIFY(PaymentQr::firmSetting(Db()));
-    else
-        QVERIFY(PaymentQr::saveFirmSetting(Db(), firmSetting != 0));
+    QVERIFY(PaymentQr::saveFirmSetting(Db(), firmSetting));
     if (override >= 0)
         PrintEngine::instance().setNextQr(override != 0);
     PaymentDocument doc = sampleDocument(1);
@@ -616,26 +505,20 @@ void TestSlips::paymentQrCode()
     doc.klientNip = QStringLiteral("526-104-08-28");
     doc.zaDokumentNazwa = QStringLiteral("Faktura 12/2026 | za materiały budowlane");
     const PdfContent pdf = print(doc, settings);
-    QVERIFY(PaymentQr::saveFirmSetting(Db(), true));
-    QVERIFY(pdf.ok);
     const QString expected = QStringLiteral("5261040828|PL|45114020040000300201234567|123450|Hurtownia Gęśla|"
                                             "Faktura 12/2026 za materiały bud|||");
-    QString found;
-    for (int page = 1; page <= pdf.pages; ++page) {
-        const QString png = m_env->newPath(QStringLiteral("strona"));
-        QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"),
-                                   {QStringLiteral("-r"), QStringLiteral("300"), QStringLiteral("-f"),
-                                    QString::number(page), QStringLiteral("-l"), QString::number(page),
-                                    QStringLiteral("-png"), QStringLiteral("-singlefile"), m_pdf, png}),
-                 0);
-        QProcess zbar;
-        // Raw bytes: left to guess, zbar reads UTF-8 Polish letters as Shift JIS.
-        zbar.start(QStringLiteral("zbarimg"),
-                   {QStringLiteral("-q"), QStringLiteral("--raw"), QStringLiteral("-Sbinary"), png + ".png"});
-        QVERIFY(zbar.waitForFinished(60000));
-        found += QString::fromUtf8(zbar.readAllStandardOutput()).remove(QLatin1Char('\n'));
-    }
-    QCOMPARE(found, expected.repeated(codes));
+    const QString png = m_env->newPath(QStringLiteral("strona"));
+    QCOMPARE(QProcess::execute(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("300"),
+                                                            QStringLiteral("-png"), m_pdf, png}),
+             0);
+    QStringList args{QStringLiteral("-q"), QStringLiteral("--raw"), QStringLiteral("-Sbinary")};
+    for (int page = 1; page <= pdf.pages; ++page)
+        args << png + QStringLiteral("-%1.png").arg(page);
+    QProcess zbar;
+    // Raw bytes: left to guess, zbar reads UTF-8 Polish letters as Shift JIS.
+    zbar.start(QStringLiteral("zbarimg"), args);
+    QVERIFY(zbar.waitForFinished(60000));
+    QCOMPARE(QString::fromUtf8(zbar.readAllStandardOutput()).remove(QLatin1Char('\n')), expected.repeated(codes));
 }
 
 QTEST_MAIN(TestSlips)
