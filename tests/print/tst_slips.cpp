@@ -154,7 +154,9 @@ PdfContent TestSlips::printJob(const QString &procedure, const QVariant &paramet
     const QString shots = qEnvironmentVariable("ZLECANKI_SCREENSHOTS");
     if (!shots.isEmpty()) {
         QDir().mkpath(shots);
-        QString name = QLatin1String(QTest::currentTestFunction()) + QLatin1Char('-') +
+        static int shot = 0; // numbered: a test may print more than one slip
+        QString name = QStringLiteral("%1-").arg(++shot, 3, 10, QLatin1Char('0')) +
+                       QLatin1String(QTest::currentTestFunction()) + QLatin1Char('-') +
                        QLatin1String(QTest::currentDataTag() ? QTest::currentDataTag() : "");
         name.replace(QRegularExpression(QStringLiteral("[^\\w-]+")), QStringLiteral("_"));
         QProcess::execute(QStringLiteral("pdftoppm"),
