@@ -12,7 +12,7 @@
 #include <QDate>
 #include <QElapsedTimer>
 #include <QLineEdit>
-#include <QListView>
+#include <QAbstractItemView>
 #include <QRadioButton>
 #include <QSqlQuery>
 
@@ -64,7 +64,7 @@ void measure(frmprzegladanie &w, const char *what)
         QElapsedTimer t;
         t.start();
         w.refresh();
-        w.findChild<QListView *>(QStringLiteral("lstwynik"))->repaint();
+        w.findChild<QAbstractItemView *>(QStringLiteral("lstwynik"))->repaint();
         ms.push_back(double(t.nsecsElapsed()) / 1e6);
         rows = w.model().rowCount();
     }

@@ -60,34 +60,81 @@ Query build(const Filter &filter)
     return q;
 }
 
-bool Model::refresh(const QSqlDatabase &db, const Filter &filter, QString *error)
+bool Model::readPage(QList<Row> *page, QString *error) const
 {
-    const Query built = build(filter);
-    QSqlQuery q(db);
-    bool ok = q.prepare(built.sql);
-    for (const QVariant &v : built.values)
+    QString sql = m_query.sql;
+    QVariantList values = m_query.values;
+    if (!m_rows.isEmpty()) {
+        sql += QStringLiteral(" AND (data_dokumentu>? OR (data_dokumentu=? AND id>?))");
+        values << m_rows.last().date << m_rows.last().date << m_rows.last().id;
+    }
+    sql += QStringLiteral(" ORDER BY data_dokumentu,id LIMIT %1").arg(PageRows);
+    QSqlQuery q(m_db);
+    q.setForwardOnly(true);
+    bool ok = q.prepare(sql);
+    for (const QVariant &v : std::as_const(values))
         q.addBindValue(v);
     ok = ok && q.exec();
-    if (!ok) {
-        clear();
-        if (error)
-            *error = q.lastError().text();
-        return false;
-    }
-    setQuery(std::move(q));
-    if (lastError().isValid()) {
-        if (error)
-            *error = lastError().text();
-        return false;
-    }
-    return true;
+    while (ok && q.next())
+        page->append(Row{q.value(IdColumn).toInt(), qint16(q.value(KindColumn).toInt()), q.value(DateColumn),
+                         q.value(AmountColumn).toLongLong(), q.value(RecipientColumn).toString(),
+                         q.value(TitleColumn).toString()});
+    if (!ok && error)
+        *error = q.lastError().text();
+    return ok;
+}
+
+bool Model::refresh(const QSqlDatabase &db, const Filter &filter, QString *error)
+{
+    beginResetModel();
+    m_db = db;
+    m_query = build(filter);
+    m_rows.clear();
+    QList<Row> page;
+    const bool ok = readPage(&page, error);
+    m_rows = ok ? page : QList<Row>();
+    m_complete = !ok || page.size() < PageRows;
+    endResetModel();
+    return ok;
+}
+
+void Model::clear()
+{
+    beginResetModel();
+    m_rows.clear();
+    m_complete = true;
+    endResetModel();
+}
+
+int Model::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
+
+bool Model::canFetchMore(const QModelIndex &parent) const
+{
+    return !parent.isValid() && !m_complete;
+}
+
+void Model::fetchMore(const QModelIndex &parent)
+{
+    if (parent.isValid() || m_complete)
+        return;
+    QList<Row> page;
+    // A page that cannot be read ends the list where it is; the next refresh tries again.
+    if (!readPage(&page, nullptr) || page.size() < PageRows)
+        m_complete = true;
+    if (page.isEmpty())
+        return;
+    beginInsertRows(QModelIndex(), int(m_rows.size()), int(m_rows.size() + page.size() - 1));
+    m_rows.append(page);
+    endInsertRows();
 }
 
 int Model::columnCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : ShownColumns;
 }
-
 QVariant Model::headerData(int section, Qt::Orientation orientation, int role) const
 {
     static const char *const titles[ShownColumns] = {"Data", "Rodzaj", "Kontrahent", "Tytułem", "Kwota"};
@@ -102,27 +149,25 @@ QVariant Model::headerData(int section, Qt::Orientation orientation, int role) c
 
 QVariant Model::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid())
+    if (!index.isValid() || index.row() >= m_rows.size())
         return {};
-    const int row = index.row();
+    const Row &r = m_rows.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
         switch (index.column()) {
         case 0:
-            return DateText::format(DateText::fromIso(raw(row, DateColumn).toString()).value_or(QDate()));
+            return DateText::format(DateText::fromIso(r.date.toString()).value_or(QDate()));
         case 1:
-            return DocumentKinds::name(kindAt(row));
+            return DocumentKinds::name(r.kind);
         case 2:
-            return raw(row, RecipientColumn).toString();
+            return r.recipient;
         case 3:
-            return raw(row, TitleColumn).toString();
+            return r.title;
         case AmountShown:
-            return Kwota(Money::fromUnits(raw(row, AmountColumn).toLongLong()));
+            return Kwota(Money::fromUnits(r.amount));
         default:
             return {};
         }
-    case Qt::EditRole: // the row as selected, for record() and any reader of the raw values
-        return raw(row, index.column());
     case Qt::TextAlignmentRole:
         if (index.column() == AmountShown)
             return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
@@ -139,19 +184,14 @@ QVariant Model::data(const QModelIndex &index, int role) const
     }
 }
 
-QVariant Model::raw(int row, int column) const
-{
-    return QSqlQueryModel::data(createIndex(row, column));
-}
-
 qint32 Model::idAt(int row) const
 {
-    return raw(row, IdColumn).toInt();
+    return row >= 0 && row < m_rows.size() ? m_rows.at(row).id : 0;
 }
 
 qint16 Model::kindAt(int row) const
 {
-    return qint16(raw(row, KindColumn).toInt());
+    return row >= 0 && row < m_rows.size() ? m_rows.at(row).kind : qint16(0);
 }
 
 } // namespace Browse
