@@ -50,15 +50,6 @@ ScheduledPayment payment(const QString &name, std::initializer_list<int> months,
     return p;
 }
 
-QStringList dueLines(const QDate &today)
-{
-    const QList<DuePayment> due = ScheduledPayments::due(Db(), today).value();
-    QStringList lines;
-    for (const DuePayment &p : due)
-        lines << ScheduledPayments::alarmLine(p);
-    return lines;
-}
-
 struct Stored {
     int kind;
     const char *date; // ISO
@@ -369,7 +360,11 @@ void TestDocuments::dueCheck()
     if (issuedIn != 0)
         QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, issuedIn));
 
-    QCOMPARE(dueLines(today), listed ? QStringList{QStringLiteral("10 - Czynsz")} : QStringList{});
+    const QList<DuePayment> due = ScheduledPayments::due(Db(), today).value();
+    QStringList lines;
+    for (const DuePayment &d : due)
+        lines << ScheduledPayments::alarmLine(d);
+    QCOMPARE(lines, listed ? QStringList{QStringLiteral("10 - Czynsz")} : QStringList{});
 }
 
 void TestDocuments::dueRenamedAndTold()

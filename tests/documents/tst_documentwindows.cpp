@@ -45,19 +45,6 @@ QStringList listed(QWidget *window, const char *name = "lstkontrahent")
     return lines;
 }
 
-// The firm window or the contractors dictionary, shown and with a new entry or change begun.
-std::unique_ptr<QWidget> openEditing(bool firm)
-{
-    std::unique_ptr<QWidget> w;
-    if (firm)
-        w = std::make_unique<frmfirma>();
-    else
-        w = std::make_unique<frmKontrahenci>();
-    w->show();
-    click(w.get(), firm ? QStringLiteral("cmdzmien") : QStringLiteral("cmdnowy"));
-    return w;
-}
-
 // A document of `kind` filled in as a user would, paid from "mBank" (account 3).
 std::unique_ptr<frmprzelew> filledWindow(int kind, const char *name = "Hurtownia Gęśla")
 {
@@ -128,8 +115,9 @@ std::unique_ptr<frmZbiorowka> openStatement(const QString &day, int accountIndex
     return w;
 }
 
-// A payment for March already saved, paid from an account the firm no longer has.
-bool saveRent()
+// The scheduled payments window, shown and active, beside a payment for March already
+// saved, paid from an account the firm no longer has.
+void openScheduled(frmslzapl_term &w)
 {
     ScheduledPayment rent;
     rent.nazwa = QStringLiteral("Czynsz");
@@ -140,7 +128,10 @@ bool saveRent()
     rent.klientNip = QStringLiteral("6762000000");
     rent.wartosc = Money::fromZlote(500);
     rent.bankFirmy = QStringLiteral("Bank Zamknięty");
-    return ScheduledPayments::insert(Db(), rent) == ScheduledPayments::SaveResult::Saved;
+    QCOMPARE(ScheduledPayments::insert(Db(), rent), ScheduledPayments::SaveResult::Saved);
+    w.show();
+    QApplication::setActiveWindow(&w);
+    QVERIFY(QTest::qWaitForWindowActive(&w));
 }
 
 } // namespace
@@ -283,7 +274,14 @@ void TestDocumentWindows::fieldChecks()
 {
     QFETCH(Check, row);
     const auto &[firm, field, value, leave, message, warned] = row;
-    const auto w = openEditing(firm);
+    // The firm window or the contractors dictionary, with a change or a new entry begun.
+    std::unique_ptr<QWidget> w;
+    if (firm)
+        w = std::make_unique<frmfirma>();
+    else
+        w = std::make_unique<frmKontrahenci>();
+    w->show();
+    click(w.get(), firm ? QStringLiteral("cmdzmien") : QStringLiteral("cmdnowy"));
     fill(w.get(), {{"txtnazwa", "Nie zapisany"}, {"txtNIP", "783-191-63-66"}});
     if (!firm)
         fill(w.get(), {{"txtbank", "PKO"}, {"txtkonto", "12"}});
@@ -835,11 +833,8 @@ void TestDocumentWindows::scheduledSavingRefused()
 {
     QFETCH(PaymentRefusal, row);
     const auto &[name, payDay, alarmDay, field, value, told, wrong] = row;
-    QVERIFY(saveRent());
     frmslzapl_term w;
-    w.show();
-    QApplication::setActiveWindow(&w);
-    QVERIFY(QTest::qWaitForWindowActive(&w));
+    openScheduled(w);
     auto *tabs = child<QTabWidget>(&w, QStringLiteral("zakladki"));
     QTest::keyClick(&w, Qt::Key_N, Qt::AltModifier); // "&Nowa"
     QTRY_VERIFY(w.isEditing());
@@ -866,11 +861,8 @@ void TestDocumentWindows::scheduledSavingRefused()
 
 void TestDocumentWindows::scheduledPaymentIssuedFromAlarm()
 {
-    QVERIFY(saveRent());
     frmslzapl_term w;
-    w.show();
-    QApplication::setActiveWindow(&w);
-    QVERIFY(QTest::qWaitForWindowActive(&w));
+    openScheduled(w);
     click(&w, QStringLiteral("cmdnowy"));
     QTest::keyClicks(child<QLineEdit>(&w, QStringLiteral("txtnazwazaplaty")), QStringLiteral("Woda"));
     auto *day = child<QLineEdit>(&w, QStringLiteral("txtdzien"));
