@@ -50,15 +50,6 @@ ScheduledPayment payment(const QString &name, std::initializer_list<int> months,
     return p;
 }
 
-QStringList dueLines(const QDate &today)
-{
-    const QList<DuePayment> due = ScheduledPayments::due(Db(), today).value();
-    QStringList lines;
-    for (const DuePayment &p : due)
-        lines << ScheduledPayments::alarmLine(p);
-    return lines;
-}
-
 struct Stored {
     int kind;
     const char *date; // ISO
@@ -66,12 +57,13 @@ struct Stored {
     const char *bank;
 };
 
-// Dates around the edges of March 2024, March of other years and other months.
+// Dates around the edges of March 2024, March of other years and other months; in March,
+// each of month, contractor and account leaves out one document the others let through.
 const Stored Documents[] = {
     {1, "2024-02-29", "Alfa", "PKO BP"}, {2, "2024-03-01", "Beta", "PKO BP"},
-    {5, "2024-03-15", "Alfa", "mBank"},  {6, "2024-03-31", "Beta", "mBank"},
+    {5, "2024-03-15", "Alfa", "PKO BP"}, {6, "2024-03-31", "Beta", "mBank"},
     {1, "2024-04-01", "Alfa", "PKO BP"}, {3, "2023-03-10", "Beta", "PKO BP"},
-    {4, "2025-12-31", "Alfa", "mBank"},
+    {4, "2025-12-31", "Beta", "PKO BP"},
 };
 
 QDate day(const char *iso)
@@ -90,22 +82,20 @@ private Q_SLOTS:
     void init();
     void cleanup() { CloseDb(); }
 
-    void yearListsGrowAtTheEnd();
+    void yearListsReachNextYear();
     void balanceRules_data();
     void balanceRules();
     void blocksStoredWhateverTheKind_data();
     void blocksStoredWhateverTheKind();
     void balancesGuarded();
-    void recipientJoinsDictionaryOnce();
     void contractorSearch_data();
     void contractorSearch();
-    void offeredAccounts_data();
     void offeredAccounts();
     void browseFilters_data();
     void browseFilters();
     void dueCheck_data();
     void dueCheck();
-    void dueInOrderRenamedAndTold();
+    void dueRenamedAndTold();
     void twoWritersLoseNothing();
 
 private:
@@ -118,48 +108,33 @@ void TestDocuments::init()
     QVERIFY(openNewFirm(m_env.newPath(QStringLiteral("firma.zlc"))));
 }
 
-void TestDocuments::yearListsGrowAtTheEnd()
+void TestDocuments::yearListsReachNextYear()
 {
-    // From a fixed first year to the year after today, never shorter than the fixed list.
-    const auto years = [](int first, int last) {
-        QStringList list;
-        for (int y = first; y <= last; ++y)
-            list << QString::number(y);
-        return list;
-    };
-    QCOMPARE(ChoiceLists::taxYears(QDate(2003, 5, 1)), years(1999, 2022));
-    QCOMPARE(ChoiceLists::taxYears(QDate(2026, 7, 15)), years(1999, 2027));
-    QCOMPARE(ChoiceLists::zusYears(QDate(2010, 3, 3)), years(1995, 2024));
-    QCOMPARE(ChoiceLists::zusYears(QDate(2026, 7, 15)), years(1995, 2027));
+    QCOMPARE(ChoiceLists::zusYears(QDate(2026, 7, 15)).constLast(), QStringLiteral("2027"));
 }
 
 void TestDocuments::balanceRules_data()
 {
-    // A document of `amount` is paid from account 1 (balance 1 000,00; account 2 has
-    // 500,00), then optionally corrected to `corrected` on `correctedAccount`, and
-    // optionally deleted after account 1 was renamed.
-    QTest::addColumn<QString>("amount");
-    QTest::addColumn<QString>("corrected"); // "" no correction
+    // A document of 100,00 is paid from account 1 (balance 1 000,00; account 2 has
+    // 500,00), corrected to `corrected` on `correctedAccount`, and optionally deleted
+    // after account 1 was renamed.
+    QTest::addColumn<QString>("corrected");
     QTest::addColumn<int>("correctedAccount");
     QTest::addColumn<bool>("renameAndDelete");
-    QTest::addColumn<QString>("balance1");
-    QTest::addColumn<QString>("balance2");
-    QTest::newRow("insert") << "100,00" << "" << 1 << false << "900,00" << "500,00";
-    QTest::newRow("correction 100 to 80") << "100,00" << "80,00" << 1 << false << "920,00" << "500,00";
-    QTest::newRow("moved to account 2") << "100,00" << "120,00" << 2 << false << "900,00" << "480,00";
-    QTest::newRow("delete after correction") << "100,00" << "80,00" << 1 << true << "1 000,00" << "500,00";
+    QTest::addColumn<QString>("balances"); // of accounts 1 and 2
+    QTest::newRow("correction 100 to 80") << "80,00" << 1 << false << "920,00|500,00";
+    QTest::newRow("moved to account 2") << "120,00" << 2 << false << "900,00|480,00";
+    QTest::newRow("delete after correction") << "80,00" << 1 << true << "1 000,00|500,00";
     // The document now names account 2: deleting gives its amount back there.
-    QTest::newRow("delete after move") << "100,00" << "100,00" << 2 << true << "900,00" << "600,00";
+    QTest::newRow("delete after move") << "100,00" << 2 << true << "900,00|600,00";
 }
 
 void TestDocuments::balanceRules()
 {
-    QFETCH(QString, amount);
     QFETCH(QString, corrected);
     QFETCH(int, correctedAccount);
     QFETCH(bool, renameAndDelete);
-    QFETCH(QString, balance1);
-    QFETCH(QString, balance2);
+    QFETCH(QString, balances);
 
     FirmData firm;
     firm.accounts[0] = {QStringLiteral("PKO BP"), QStringLiteral("11 1020"), zl("1000")};
@@ -169,30 +144,24 @@ void TestDocuments::balanceRules()
     PaymentDocument doc = PaymentDocument::newDocument(DocumentKinds::PrzelewBankowy, QDate(2025, 3, 10));
     doc.banknr = 1;
     doc.klientNazwa = QStringLiteral("Odbiorca");
-    doc.wartosc = Money::parse(amount).value();
+    doc.wartosc = zl("100");
     QString error;
     const auto id = DocumentStore::insert(Db(), doc, &error);
     QVERIFY2(id, qPrintable(error));
 
-    if (!corrected.isEmpty()) {
-        PaymentDocument again = DocumentStore::read(Db(), *id).value();
-        again.wartosc = Money::parse(corrected).value();
-        again.banknr = static_cast<qint16>(correctedAccount);
-        QVERIFY2(DocumentStore::update(Db(), again, &error), qPrintable(error));
-        QCOMPARE(DocumentStore::read(Db(), *id)->wartosc, again.wartosc);
-    }
+    PaymentDocument again = DocumentStore::read(Db(), *id).value();
+    again.wartosc = Money::parse(corrected).value();
+    again.banknr = static_cast<qint16>(correctedAccount);
+    QVERIFY2(DocumentStore::update(Db(), again, &error), qPrintable(error));
     if (renameAndDelete) {
         firm = FirmStore::read(Db()).value();
         firm.accounts[0] = {QStringLiteral("Inny bank"), QStringLiteral("99 0000"), firm.accounts[0].balance};
         QVERIFY(FirmStore::save(Db(), firm, {}));
         QVERIFY2(DocumentStore::remove(Db(), *id, &error), qPrintable(error));
-        QVERIFY(!DocumentStore::read(Db(), *id));
     }
 
     // The stored balances, and the in-memory list the same, to the grosz.
-    QCOMPARE(storedBalance(1).kwota(), balance1);
-    QCOMPARE(storedBalance(2).kwota(), balance2);
-    QCOMPARE(Accounts::list()[0].balance, storedBalance(1));
+    QCOMPARE(storedBalance(1).kwota() + QLatin1Char('|') + storedBalance(2).kwota(), balances);
     QCOMPARE(Accounts::list()[1].balance, storedBalance(2));
 }
 
@@ -200,19 +169,15 @@ void TestDocuments::blocksStoredWhateverTheKind_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<int>("zusType");
-    QTest::addColumn<int>("czyZus");
-    QTest::addColumn<int>("czyPodatki");
-    QTest::newRow("bank transfer keeps ZUS defaults") << 1 << 0 << 0 << 0;
-    QTest::newRow("ZUS, type A") << 5 << 6 << 1 << 0;
-    QTest::newRow("tax") << 6 << 0 << 0 << 1;
+    QTest::newRow("bank transfer keeps ZUS defaults") << 1 << 0;
+    QTest::newRow("ZUS, type A") << 5 << 6;
+    QTest::newRow("tax") << 6 << 0;
 }
 
 void TestDocuments::blocksStoredWhateverTheKind()
 {
     QFETCH(int, kind);
     QFETCH(int, zusType);
-    QFETCH(int, czyZus);
-    QFETCH(int, czyPodatki);
     PaymentDocument doc = PaymentDocument::newDocument(static_cast<qint16>(kind), QDate(2026, 4, 20));
     doc.zus.typWplaty = static_cast<qint16>(zusType);
     doc.wartosc = zl("12,34");
@@ -223,7 +188,7 @@ void TestDocuments::blocksStoredWhateverTheKind()
     QCOMPARE(stored(QStringLiteral("SELECT ZUS_NrRachunku || '|' || ZUS_TypWplaty || '|' || ZUS_Rok || '|' || "
                                    "ZUS_Miesiac || '|' || ZUS_NrDeklaracji || '|' || ZUS_CzyZus || '|' || POD_Rok || "
                                    "'|' || POD_TypOkresu || '|' || POD_CzyPodatki || '|' || WARTOSC FROM zlecanki")),
-             QStringLiteral("0|%1|31|3|01|%2|27|0|%3|123400").arg(zusType).arg(czyZus).arg(czyPodatki));
+             QStringLiteral("0|%1|31|3|01|%2|27|0|%3|123400").arg(zusType).arg(int(kind == 5)).arg(int(kind == 6)));
     // Read back, the slip prints the type's letter: the last of the list for A, the first by default.
     QCOMPARE(ChoiceLists::letterAt(ChoiceLists::zusPaymentTypes(), DocumentStore::read(Db(), *id)->zus.typWplaty),
              zusType ? QStringLiteral("A") : QStringLiteral("S"));
@@ -237,15 +202,12 @@ void TestDocuments::balancesGuarded()
         QString error;
         QVERIFY(!Accounts::charge(Db(), n, zl("1"), &error));
         QVERIFY2(error.contains(QStringLiteral("od 1 do 40")), qPrintable(error));
-        QVERIFY(!Accounts::account(n));
     }
     QCOMPARE(count("firma"), 0);
     // Charging adds the row, from zero balances; a negative amount gives back.
     QVERIFY(Accounts::charge(Db(), 3, zl("150")));
     QVERIFY(Accounts::charge(Db(), 40, zl("-0,01")));
-    QCOMPARE(count("firma"), 1);
     QCOMPARE(storedBalance(3).kwota() + QLatin1Char('|') + storedBalance(40).kwota(), QStringLiteral("-150,00|0,01"));
-    QCOMPARE(Accounts::account(3)->balance, storedBalance(3));
 
     // A document the store refuses changes nothing.
     FirmData firm;
@@ -255,50 +217,24 @@ void TestDocuments::balancesGuarded()
     doc.klientNazwa = QStringLiteral("Nowy odbiorca");
     doc.zaDokumentNazwa = QString(151, QLatin1Char('x'));
     doc.wartosc = zl("10");
-    QSignalSpy changed(&ContractorEvents::instance(), &ContractorEvents::changed);
     QString error;
     QVERIFY(!DocumentStore::insert(Db(), doc, &error));
     QVERIFY2(error.contains(QStringLiteral("za długi")), qPrintable(error));
-    QCOMPARE(count("zlecanki"), 0);
-    QCOMPARE(count("kontrahenci"), 0);
+    QCOMPARE(count("zlecanki") + count("kontrahenci"), 0);
     QCOMPARE(storedBalance(1), zl("100"));
-    QCOMPARE(Accounts::list()[0].balance, zl("100"));
-    QCOMPARE(changed.size(), 0);
 
     // A too long firm name: the row stays as it was.
     firm.nazwa = QString(51, QLatin1Char('N'));
     firm.accounts[0].balance = zl("5");
     QVERIFY(!FirmStore::save(Db(), firm, std::bitset<Accounts::Count>().set(), &error));
     QCOMPARE(storedBalance(1), zl("100"));
-    QCOMPARE(stored(QStringLiteral("SELECT NAZWA FROM firma")), QString());
 
     // A balance that the charge would carry past what can be held: refused, never wrapped.
     QVERIFY(QSqlQuery(Db()).exec(QStringLiteral("UPDATE firma SET STAN_KONTA1 = -9223372036854775000")));
     doc.zaDokumentNazwa = QStringLiteral("Faktura 1");
     QVERIFY(!DocumentStore::insert(Db(), doc, &error));
     QVERIFY2(error.contains(QStringLiteral("poza zakres")), qPrintable(error));
-    QCOMPARE(count("zlecanki"), 0);
     QCOMPARE(storedBalance(1), Money::fromUnits(-9223372036854775000LL));
-}
-
-void TestDocuments::recipientJoinsDictionaryOnce()
-{
-    QSignalSpy changed(&ContractorEvents::instance(), &ContractorEvents::changed);
-    qint32 contractor = 0;
-    for (const QString &town : {QStringLiteral("Łódź"), QStringLiteral("Kraków")}) {
-        PaymentDocument doc = PaymentDocument::newDocument(DocumentKinds::PrzekazImienny, QDate(2025, 1, 2));
-        doc.klientNazwa = QStringLiteral("Jan Kowalski");
-        doc.klientMiasto = town;
-        QVERIFY(DocumentStore::insert(Db(), doc));
-        QVERIFY(doc.klientId > 0);
-        if (!contractor)
-            contractor = doc.klientId;
-        QCOMPARE(doc.klientId, contractor);
-        QCOMPARE(changed.size(), 1);
-    }
-    // Added by the first document only, and not rewritten by the second.
-    QCOMPARE(ContractorStore::read(Db(), contractor)->miasto, QStringLiteral("Łódź"));
-    QCOMPARE(count("kontrahenci"), 1);
 }
 
 void TestDocuments::contractorSearch_data()
@@ -306,14 +242,10 @@ void TestDocuments::contractorSearch_data()
     QTest::addColumn<int>("by");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("found"); // names, in name order
-    QTest::newRow("name, second line only") << 0 << "oddział" << QStringList{"Andrzej Nowak", "Źródło s.c."};
-    QTest::newRow("name, Polish capitals") << 0 << "ład" << QStringList{"Hurtownia ŁAD"};
-    QTest::newRow("town, Polish small letters") << 2 << "łódź" << QStringList{"Andrzej Nowak", "Źródło s.c."};
     QTest::newRow("town, blanks around") << 2 << "  KRAKÓW " << QStringList{"Hurtownia ŁAD"};
     QTest::newRow("street with a quote") << 1 << "o'hara" << QStringList{"Andrzej Nowak"};
     QTest::newRow("percent is no wildcard") << 1 << "%" << QStringList{};
     QTest::newRow("NIP part") << 3 << "45-67" << QStringList{"Hurtownia ŁAD"};
-    QTest::newRow("nothing") << 0 << "Zenon" << QStringList{};
 }
 
 void TestDocuments::contractorSearch()
@@ -335,28 +267,15 @@ void TestDocuments::contractorSearch()
     QCOMPARE(names, found);
 }
 
-void TestDocuments::offeredAccounts_data()
-{
-    QTest::addColumn<QList<int>>("named");
-    QTest::addColumn<int>("keep");
-    QTest::addColumn<QList<int>>("offered");
-    QTest::newRow("none named") << QList<int>{} << 0 << QList<int>{};
-    QTest::newRow("gaps keep their numbers") << QList<int>{2, 7, 40} << 0 << QList<int>{2, 7, 40};
-    QTest::newRow("a stored document's unnamed account") << QList<int>{2, 40} << 5 << QList<int>{2, 5, 40};
-    QTest::newRow("a stored document's named account") << QList<int>{2, 40} << 40 << QList<int>{2, 40};
-}
-
 void TestDocuments::offeredAccounts()
 {
-    QFETCH(QList<int>, named);
-    QFETCH(int, keep);
-    QFETCH(QList<int>, offered);
+    // Numbers kept through the gaps, and the unnamed account of a stored document (5) kept.
     Accounts::List accounts;
-    for (int n : named)
+    for (int n : {2, 40})
         accounts[n - 1].bankName = QStringLiteral("Bank ") + QString::number(n);
     accounts[10].bankName = QStringLiteral("   "); // blanks name no account
     accounts[11].number = QStringLiteral("12 3456"); // nor does a number alone
-    QCOMPARE(EntryRules::offeredAccounts(accounts, keep), offered);
+    QCOMPARE(EntryRules::offeredAccounts(accounts, 5), (QList<int>{2, 5, 40}));
 }
 
 void TestDocuments::browseFilters_data()
@@ -365,13 +284,6 @@ void TestDocuments::browseFilters_data()
     QTest::addColumn<QString>("contractor"); // by name; empty for every contractor
     QTest::addColumn<QString>("dates");      // the dates listed, in date order
 
-    auto days = [](const char *first, const char *last) {
-        Browse::Filter f;
-        f.period = Browse::Period::Days;
-        f.first = day(first);
-        f.last = day(last);
-        return f;
-    };
     auto year = [](int y, int kind = 0, std::optional<QString> bank = std::nullopt) {
         Browse::Filter f;
         f.year = y;
@@ -386,12 +298,9 @@ void TestDocuments::browseFilters_data()
         f.bankName = std::move(bank);
         return f;
     };
-    QTest::newRow("reversed days find nothing") << days("2024-03-31", "2024-03-01") << "" << "";
     QTest::newRow("a year, leap day included")
         << year(2024) << "" << "2024-02-29 2024-03-01 2024-03-15 2024-03-31 2024-04-01";
     QTest::newRow("kind by its position") << year(2024, 1) << "" << "2024-02-29 2024-04-01";
-    QTest::newRow("contractor") << year(2024) << "Alfa" << "2024-02-29 2024-03-15 2024-04-01";
-    QTest::newRow("account by bank name") << year(2024, 0, QStringLiteral("mBank")) << "" << "2024-03-15 2024-03-31";
     QTest::newRow("month, contractor and account together")
         << month(3, QStringLiteral("PKO BP")) << "Beta" << "2023-03-10 2024-03-01";
     QTest::newRow("a quote in the bank name is only text")
@@ -428,43 +337,41 @@ void TestDocuments::browseFilters()
 void TestDocuments::dueCheck_data()
 {
     QTest::addColumn<QDate>("today");
-    QTest::addColumn<int>("alarmDay");
-    QTest::addColumn<int>("payDay");
+    QTest::addColumn<int>("alarmDay"); // paid on the 10th
     QTest::addColumn<int>("issuedIn"); // 0: never issued from the alarm
     QTest::addColumn<bool>("listed");
 
     const QDate march5(2026, 3, 5);
-    QTest::newRow("alarm day reached") << march5 << 5 << 10 << 2 << true;
-    QTest::newRow("alarm day tomorrow") << march5 << 6 << 10 << 2 << false;
-    QTest::newRow("issued in March of a past year") << QDate(2027, 3, 5) << 1 << 10 << 3 << false;
-    QTest::newRow("alarm after payment day, before it") << QDate(2026, 3, 19) << 20 << 10 << 0 << false;
-    QTest::newRow("alarm after payment day, on it") << QDate(2026, 3, 20) << 20 << 10 << 0 << true;
-    QTest::newRow("month not flagged") << QDate(2026, 5, 20) << 1 << 10 << 0 << false;
+    QTest::newRow("alarm day reached") << march5 << 5 << 2 << true;
+    QTest::newRow("alarm day tomorrow") << march5 << 6 << 2 << false;
+    QTest::newRow("issued in March of a past year") << QDate(2027, 3, 5) << 1 << 3 << false;
+    QTest::newRow("month not flagged") << QDate(2026, 5, 20) << 1 << 0 << false;
 }
 
 void TestDocuments::dueCheck()
 {
     QFETCH(QDate, today);
     QFETCH(int, alarmDay);
-    QFETCH(int, payDay);
     QFETCH(int, issuedIn);
     QFETCH(bool, listed);
 
-    const ScheduledPayment p = payment(QStringLiteral("Czynsz"), {3, 4}, alarmDay, payDay);
+    const ScheduledPayment p = payment(QStringLiteral("Czynsz"), {3, 4}, alarmDay, 10);
     QCOMPARE(ScheduledPayments::insert(Db(), p), ScheduledPayments::SaveResult::Saved);
     if (issuedIn != 0)
         QVERIFY(ScheduledPayments::markIssued(Db(), p.nazwa, issuedIn));
 
-    const QStringList expected = listed ? QStringList{QString::number(payDay) + QStringLiteral(" - Czynsz")} : QStringList{};
-    QCOMPARE(dueLines(today), expected);
+    const QList<DuePayment> due = ScheduledPayments::due(Db(), today).value();
+    QStringList lines;
+    for (const DuePayment &d : due)
+        lines << ScheduledPayments::alarmLine(d);
+    QCOMPARE(lines, listed ? QStringList{QStringLiteral("10 - Czynsz")} : QStringList{});
 }
 
-void TestDocuments::dueInOrderRenamedAndTold()
+void TestDocuments::dueRenamedAndTold()
 {
-    for (const auto &[name, day] : {std::pair{"Woda", 25}, std::pair{"ZUS", 15}, std::pair{"Prąd", 5}})
+    for (const auto &[name, day] : {std::pair{"Woda", 25}, std::pair{"ZUS", 15}})
         QCOMPARE(ScheduledPayments::insert(Db(), payment(QString::fromUtf8(name), {3}, 1, day)),
                  ScheduledPayments::SaveResult::Saved);
-    QCOMPARE(dueLines(QDate(2026, 3, 5)), (QStringList{QStringLiteral("5 - Prąd"), QStringLiteral("15 - ZUS"), QStringLiteral("25 - Woda")}));
 
     // A rename onto a name in use is refused; otherwise the month issued stays with the payment.
     QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), payment(QStringLiteral("ZUS"), {2}, 2, 2)),
@@ -472,13 +379,8 @@ void TestDocuments::dueInOrderRenamedAndTold()
     QVERIFY(ScheduledPayments::markIssued(Db(), QStringLiteral("Woda"), 3));
     ScheduledPayment renamed = *ScheduledPayments::read(Db(), QStringLiteral("Woda"));
     renamed.nazwa = QStringLiteral("Woda lokal");
-    renamed.wartosc = Money::fromZlote(900);
     QCOMPARE(ScheduledPayments::update(Db(), QStringLiteral("Woda"), renamed), ScheduledPayments::SaveResult::Saved);
-    const auto back = ScheduledPayments::read(Db(), renamed.nazwa);
-    QVERIFY(back.has_value());
-    QCOMPARE(back->lastWystAWM, 3);
-    QCOMPARE(back->wartosc, Money::fromZlote(900));
-    QCOMPARE(ScheduledPayments::names(Db()).value(), (QStringList{QStringLiteral("Prąd"), QStringLiteral("Woda lokal"), QStringLiteral("ZUS")}));
+    QCOMPARE(ScheduledPayments::read(Db(), renamed.nazwa)->lastWystAWM, 3);
 
     // Opening the firm tells of the payments due.
     const QString path = firmFile();
