@@ -15,7 +15,6 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSqlQuery>
-#include <QSqlRecord>
 #include <QTest>
 
 #include <cstdio>
@@ -93,6 +92,7 @@ private Q_SLOTS:
     void offeredAccounts();
     void browseFilters_data();
     void browseFilters();
+    void browsePages();
     void dueCheck_data();
     void dueCheck();
     void dueRenamedAndTold();
@@ -329,9 +329,37 @@ void TestDocuments::browseFilters()
         model.fetchMore();
     QStringList listed;
     for (int row = 0; row < model.rowCount(); ++row)
-        listed << model.record(row).value(QStringLiteral("data_dokumentu")).toString();
-    listed.sort();
+        listed << QDate::fromString(model.index(row, 0).data().toString(), QStringLiteral("dd-MM-yyyy")).toString(Qt::ISODate);
     QCOMPARE(listed.join(QLatin1Char(' ')), dates);
+}
+
+void TestDocuments::browsePages()
+{
+    // More documents than a page, most of them on one day: each is listed once, by date and
+    // then by number, however the pages fall.
+    QSqlDatabase db = Db();
+    QVERIFY(db.transaction());
+    QSqlQuery q(db);
+    QVERIFY(q.prepare(QStringLiteral("INSERT INTO zlecanki (rodzaj, data_dokumentu, wartosc) VALUES (1, ?, ?)")));
+    const int Count = 2 * Browse::Model::PageRows + 10;
+    for (int i = 0; i < Count; ++i) {
+        q.addBindValue(i % 5 ? QStringLiteral("2024-05-02") : QStringLiteral("2024-05-01"));
+        q.addBindValue(i);
+        QVERIFY(q.exec());
+    }
+    QVERIFY(db.commit());
+    Browse::Filter year;
+    year.year = 2024;
+    Browse::Model model;
+    QVERIFY(model.refresh(db, year));
+    QCOMPARE(model.rowCount(), Browse::Model::PageRows);
+    while (model.canFetchMore())
+        model.fetchMore();
+    QCOMPARE(model.rowCount(), Count);
+    for (int row = 1; row < Count; ++row) {
+        const bool sameDay = model.index(row, 0).data() == model.index(row - 1, 0).data();
+        QVERIFY2(sameDay ? model.idAt(row) > model.idAt(row - 1) : row == Count / 5 + 1, qPrintable(QString::number(row)));
+    }
 }
 
 void TestDocuments::dueCheck_data()
