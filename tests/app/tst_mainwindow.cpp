@@ -45,6 +45,8 @@ private:
     QStringList unreachableCommands();
     // The toolbar's buttons: "1" enabled, "0" disabled.
     QString toolbarEnabled();
+    // The program started anew, as the user starts it: the firm of last time opened.
+    void start();
     TestEnv m_env;
     std::unique_ptr<RecordingDialogs> m_dialogs;
     std::unique_ptr<frmglowna> m_window;
@@ -89,14 +91,21 @@ QString TestMainWindow::toolbarEnabled()
     return out;
 }
 
+void TestMainWindow::start()
+{
+    CloseDb();
+    m_window = std::make_unique<frmglowna>();
+    m_window->restorePlacement();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    m_window->openStartFirm();
+}
+
 void TestMainWindow::init()
 {
     m_env.clearSettings();
     m_dialogs = std::make_unique<RecordingDialogs>();
-    m_window = std::make_unique<frmglowna>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    m_window->openStartFirm();
+    start();
 }
 
 void TestMainWindow::cleanup()
@@ -114,13 +123,6 @@ void TestMainWindow::firmAndNoFirmStates()
     const auto everythingThere = [this] {
         QCOMPARE(unreachableCommands(), QStringList());
         QCOMPARE(toolbarEnabled(), QStringLiteral("1111111111"));
-    };
-    const auto restart = [this] {
-        m_window = std::make_unique<frmglowna>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-        CloseDb();
-        m_window->openStartFirm();
     };
     // The first start opens the default firm.
     QCOMPARE(firmFile(), standardFirmPath());
@@ -141,11 +143,11 @@ void TestMainWindow::firmAndNoFirmStates()
     everythingThere();
 
     // The next start opens the firm of last time; that one gone, none, and the user opens one.
-    restart();
+    start();
     QCOMPARE(firmFile(), standardFirmPath());
     everythingThere();
     SettingsStore::loadSave(QStringLiteral("OstatniaFirma"), appState().bazyPath + QStringLiteral("brak.zlc"));
-    restart();
+    start();
     QVERIFY(!isFirmOpen());
     QCOMPARE(toolbarEnabled(), noFirmToolbar);
     QVERIFY(m_window->openFirm(standardFirmPath()));
@@ -226,11 +228,8 @@ void TestMainWindow::menuCommands()
     QVERIFY(m_window->close());
     QVERIFY(!isFirmOpen());
 
-    m_window = std::make_unique<frmglowna>();
-    m_window->restorePlacement();
+    start();
     QCOMPARE(m_window->geometry(), QRect(40, 50, 900, 640));
-    m_window->show();
-    m_window->openStartFirm();
     m_window->CloseDB();
     QVERIFY(!toolbar()->isVisible());
     QVERIFY(!m_window->statusBar()->isVisible());
@@ -305,11 +304,7 @@ void TestMainWindow::serverFirmInList()
     QVERIFY(!button(w, "cmdUsunZListy")->isEnabled());
 
     // The next start opens it again.
-    CloseDb();
-    m_window = std::make_unique<frmglowna>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    m_window->openStartFirm();
+    start();
     QCOMPARE(firmFile(), address);
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Biuro Żak, Gdańsk]"));
 
