@@ -9,7 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTest>
@@ -22,7 +21,6 @@ private Q_SLOTS:
     void refused_data();
     void refused();
     void opening();
-    void commandLineCommands();
     void startOptions_data();
     void startOptions();
 
@@ -120,20 +118,6 @@ void TestFirm::opening()
     QCOMPARE(firmFile(), appState().bazyPath + QStringLiteral("bez_folderu.zlc"));
     QCOMPARE(appState().today, QDate(2026, 3, 5));
     appState().todayForRun.reset();
-}
-
-void TestFirm::commandLineCommands()
-{
-    if (!QFile::exists(programPath()))
-        QSKIP("the program is not built in this configuration");
-    QProcess p;
-    p.setProcessEnvironment(m_env.processEnvironment());
-    const QString path = m_env.newPath(QStringLiteral("z_polecenia"));
-    p.start(programPath(), {QStringLiteral("nowa-firma"), path});
-    QVERIFY(p.waitForFinished(20000) && p.exitCode() == 0);
-    QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).trimmed(), path + QStringLiteral(".zlc"));
-    RecordingDialogs d;
-    QVERIFY(OpenDb(path + QStringLiteral(".zlc")));
 }
 
 void TestFirm::startOptions_data()

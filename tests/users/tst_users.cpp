@@ -70,7 +70,6 @@ void TestUsers::rules_data()
     QTest::newRow("empty password") << "add" << "Jan" << "" << "nie może być puste";
     QTest::newRow("last admin loses the right") << "revoke" << "Ewa" << "" << "prawem \"Admin\"";
     QTest::newRow("last admin removed while others stay") << "remove" << "Ewa" << "" << "prawem \"Admin\"";
-    QTest::newRow("unknown user") << "remove" << "Nikt" << "" << "Nie ma użytkownika";
 }
 
 void TestUsers::rules()
@@ -187,7 +186,6 @@ void TestUsers::suiteFirmsOffered()
     SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl7"), QStringLiteral("12"));
     SettingsStore::save(Suite, QStringLiteral("Spl12"), QStringLiteral("Nazwa"), QStringLiteral("Biuro Sowa"));
     SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl3"), QString()); // no identifier
-    QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), QStringLiteral("Brak")), QStringLiteral("0"));
 
     frmFirmaOpen w;
     auto *list = child<QListWidget>(&w, QStringLiteral("lstfirmy"));
