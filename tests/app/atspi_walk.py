@@ -128,9 +128,6 @@ entry_name = wait_for("the entry window", lambda: next(iter(windows() - before),
 entry = next(c for c in children(area) if c.name == entry_name)
 values = {
     "Nazwa:": "Hurtownia Gęśla",
-    "Ulica:": "Polna 5",
-    "Kod:": "00-950",
-    "Miasto:": "Warszawa",
     "Bank:": "Bank Odbiorcy",
     "Konto:": "61109010140000071219812874",
     "Tytułem:": "Faktura 7/2026",

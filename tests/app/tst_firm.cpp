@@ -111,7 +111,6 @@ void TestFirm::opening()
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
 
     // A name without a folder is a file in the databases folder; a run may set its working date.
-    QVERIFY(appState().bazyPath.startsWith(m_env.dataHome() + QStringLiteral("/Kontorian/bazy/")));
     QVERIFY(FirmDatabase::create(appState().bazyPath + QStringLiteral("bez_folderu.zlc"), nullptr));
     appState().todayForRun = QDate(2026, 3, 5);
     QVERIFY(OpenDb(QStringLiteral("bez_folderu.zlc")));
@@ -125,16 +124,13 @@ void TestFirm::startOptions_data()
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("error");
     QTest::addColumn<QDate>("today");
-    QTest::addColumn<bool>("automation");
-    QTest::newRow("working date") << QStringList{"--dzis", "05-03-2026"} << "" << QDate(2026, 3, 5) << false;
-    QTest::newRow("working date with =") << QStringList{"--dzis=5-3-2026"} << "" << QDate(2026, 3, 5) << false;
-    QTest::newRow("bad date") << QStringList{"--dzis", "31-02-2026"} << "Nieprawidłowa data" << QDate() << false;
-    QTest::newRow("automation") << QStringList{"--automation"} << "" << QDate() << true;
-    QTest::newRow("unknown") << QStringList{"--xyz"} << "Nieznana opcja" << QDate() << false;
-    QTest::newRow("two files") << QStringList{"a.zlc", "b.zlc"} << "tylko jeden plik" << QDate() << false;
-    QTest::newRow("firm file") << QStringList{"a.zlc"} << "" << QDate() << false;
-    QTest::newRow("firm on a server") << QStringList{"postgresql://serwer:5432/biuro?schema=kowalski"} << ""
-                                      << QDate() << false;
+    QTest::newRow("working date") << QStringList{"--dzis", "05-03-2026"} << "" << QDate(2026, 3, 5);
+    QTest::newRow("working date with =") << QStringList{"--dzis=5-3-2026"} << "" << QDate(2026, 3, 5);
+    QTest::newRow("bad date") << QStringList{"--dzis", "31-02-2026"} << "Nieprawidłowa data" << QDate();
+    QTest::newRow("unknown") << QStringList{"--xyz"} << "Nieznana opcja" << QDate();
+    QTest::newRow("two files") << QStringList{"a.zlc", "b.zlc"} << "tylko jeden plik" << QDate();
+    QTest::newRow("firm file") << QStringList{"a.zlc"} << "" << QDate();
+    QTest::newRow("firm on a server") << QStringList{"postgresql://serwer:5432/biuro?schema=kowalski"} << "" << QDate();
 }
 
 void TestFirm::startOptions()
@@ -142,12 +138,10 @@ void TestFirm::startOptions()
     QFETCH(QStringList, args);
     QFETCH(QString, error);
     QFETCH(QDate, today);
-    QFETCH(bool, automation);
     const auto o = CommandLine::parseStart(QStringList{QStringLiteral("zlecanki")} + args);
     QVERIFY2(error.isEmpty() ? o.error.isEmpty() : o.error.contains(error), qPrintable(o.error));
     if (error.isEmpty()) {
         QCOMPARE(o.today.value_or(QDate()), today);
-        QCOMPARE(o.automation, automation);
         // A file is taken from the current folder, an address as it is.
         const QString firm = args.value(0).startsWith(QLatin1String("--")) ? QString() : args.value(0);
         QCOMPARE(o.firmFile, firm.endsWith(QLatin1String(".zlc")) ? QDir::current().absoluteFilePath(firm) : firm);
