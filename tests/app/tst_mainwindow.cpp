@@ -3,11 +3,11 @@
 #include "SettingsStore.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
-#include "app/frmFirmaOpen.h"
 #include "app/frmglowna.h"
 #include "db/FirmDatabase.h"
 #include "db/ServerFirms.h"
 #include "documents/Firm.h"
+#include "exchange/basKONTORIAN.h"
 
 #include <QAction>
 #include <QApplication>
@@ -173,18 +173,33 @@ void TestMainWindow::menuCommands()
     command(QStringLiteral("mnufirmabiz"))->trigger();
     QVERIFY(m_dialogs->saw(QStringLiteral("już istnieje")));
 
+    // The list offers the suite's firms; the first choice of one makes its database.
+    using SettingsStore::Suite;
+    SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl7"), QStringLiteral("12"));
+    SettingsStore::save(Suite, QStringLiteral("Spl12"), QStringLiteral("Nazwa"), QStringLiteral("Biuro Sowa"));
+    SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl3"), QString()); // no identifier
+    const auto listed = [this](const QString &text) {
+        command(QStringLiteral("mnuopen"))->trigger();
+        QWidget *w = m_window->childWindow(QStringLiteral("frmFirmaOpen"));
+        return w ? w->findChild<QListWidget *>(QStringLiteral("lstfirmy"))->findItems(text, Qt::MatchEndsWith) : QList<QListWidgetItem *>();
+    };
+    auto found = listed(QStringLiteral("(Kontorian)"));
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(found.first()->text(), QStringLiteral("Biuro Sowa  (Kontorian)"));
+    found.first()->listWidget()->setCurrentItem(found.first());
+    QTest::mouseClick(m_window->childWindow(QStringLiteral("frmFirmaOpen"))->findChild<QPushButton *>(QStringLiteral("cmdok")),
+                      Qt::LeftButton);
+    QCOMPARE(firmFile(), appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
+    QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), firmFile());
+
     // Another firm chosen from the list by its name.
     const QString other = appState().bazyPath + QStringLiteral("nowak.zlc");
     QFile::remove(other);
     QVERIFY(createFirm(other, {QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('Nowak i Syn', 'Łódź')")}));
-    command(QStringLiteral("mnuopen"))->trigger();
-    auto *w = qobject_cast<frmFirmaOpen *>(m_window->childWindow(QStringLiteral("frmFirmaOpen")));
-    QVERIFY(w);
-    auto *list = w->findChild<QListWidget *>(QStringLiteral("lstfirmy"));
-    const auto found = list->findItems(QStringLiteral("Nowak i Syn"), Qt::MatchStartsWith);
+    found = listed(QStringLiteral("(nowak.zlc)"));
     QCOMPARE(found.size(), 1);
-    list->setCurrentItem(found.first());
-    QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdok")), Qt::LeftButton);
+    found.first()->listWidget()->setCurrentItem(found.first());
+    QTest::keyClick(found.first()->listWidget(), Qt::Key_Return);
     QCOMPARE(firmFile(), other);
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Nowak i Syn, Łódź]"));
 

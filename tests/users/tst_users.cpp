@@ -3,18 +3,12 @@
 #include "TestFirm.h"
 #include "TestWidgets.h"
 #include "users/Users.h"
-#include "AppState.h"
 #include "documents/Firm.h"
-#include "SettingsStore.h"
-#include "exchange/basKONTORIAN.h"
-#include "app/frmFirmaOpen.h"
 #include "app/frmglowna.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QFile>
-#include <QListWidget>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -29,7 +23,6 @@ private Q_SLOTS:
     void rules();
     void firstUserAndLogin();
     void areaAnswersToRight();
-    void suiteFirmsOffered();
 
 private:
     std::unique_ptr<TestEnv> m_env;
@@ -175,27 +168,6 @@ void TestUsers::areaAnswersToRight()
     QVERIFY(UserSession::instance().login(QStringLiteral("Jan"), Password));
     QVERIFY(m_main->childWindow(QStringLiteral("frmzap_term")));
     m_main->closeAllWindows();
-}
-
-// "Otwórz firmę..." offers the suite's firms; the first choice of one makes its database.
-void TestUsers::suiteFirmsOffered()
-{
-    using SettingsStore::Suite;
-    SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl7"), QStringLiteral("12"));
-    SettingsStore::save(Suite, QStringLiteral("Spl12"), QStringLiteral("Nazwa"), QStringLiteral("Biuro Sowa"));
-    SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl3"), QString()); // no identifier
-
-    frmFirmaOpen w;
-    auto *list = child<QListWidget>(&w, QStringLiteral("lstfirmy"));
-    QCOMPARE(list->item(1)->text(), QStringLiteral("Biuro Sowa  (Kontorian)"));
-    QSignalSpy chosen(&w, &frmFirmaOpen::chosen);
-    list->setCurrentRow(1);
-    click(&w, QStringLiteral("cmdok"));
-    QCOMPARE(chosen.size(), 1);
-    const QString path = chosen.constFirst().constFirst().toString();
-    QCOMPARE(path, appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
-    QVERIFY(QFile::exists(path));
-    QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), path);
 }
 
 QTEST_MAIN(TestUsers)
