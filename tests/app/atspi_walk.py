@@ -86,11 +86,7 @@ def trigger(node):
     node.queryAction().doAction(0)
 
 
-def close_all():
-    trigger(command(["Okna", "Zamknij wszystkie"]))
-
-
-close_all()
+trigger(command(["Okna", "Zamknij wszystkie"]))
 opened_any = 0
 for top in children(bar):
     title = top.name
@@ -116,7 +112,7 @@ for top in children(bar):
             opened_any += 1
         except SystemExit as e:
             faults.append(str(e))
-        close_all()
+        trigger(command(["Okna", "Zamknij wszystkie"]))
 
 if not opened_any:
     faults.append("no command opened a window")

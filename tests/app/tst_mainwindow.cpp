@@ -162,7 +162,6 @@ void TestMainWindow::firmAndNoFirmStates()
 void TestMainWindow::menuCommands()
 {
     const QString path = appState().bazyPath + QStringLiteral("kowalski");
-    QFile::remove(path + QStringLiteral(".zlc"));
     m_dialogs->files << path;
     command(QStringLiteral("mnufirmabiz"))->trigger();
     QCOMPARE(firmFile(), path + QStringLiteral(".zlc"));
@@ -194,7 +193,6 @@ void TestMainWindow::menuCommands()
 
     // Another firm chosen from the list by its name.
     const QString other = appState().bazyPath + QStringLiteral("nowak.zlc");
-    QFile::remove(other);
     QVERIFY(createFirm(other, {QStringLiteral("INSERT INTO firma (NAZWA, MIASTO) VALUES ('Nowak i Syn', 'Łódź')")}));
     found = listed(QStringLiteral("(nowak.zlc)"));
     QCOMPARE(found.size(), 1);
@@ -271,7 +269,6 @@ void TestMainWindow::newServerFirm()
         return;
     }
     QCOMPARE(firmFile(), typed);
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [okno_nowa]"));
     QCOMPARE(ServerFirms::remembered(), QStringList{typed});
 }
 
@@ -300,7 +297,6 @@ void TestMainWindow::serverFirmInList()
     w = listWindow();
     auto *list = w->findChild<QListWidget *>(QStringLiteral("lstfirmy"));
     QCOMPARE(list->currentItem()->text(), QStringLiteral("Biuro Żak  (") + address + u')');
-    QCOMPARE(list->currentRow(), list->count() - 1);
     QVERIFY(button(w, "cmdUsunZListy")->isEnabled());
     QTest::keyClick(list, Qt::Key_Home);
     QVERIFY(!button(w, "cmdUsunZListy")->isEnabled());
