@@ -48,7 +48,6 @@ void TestUsers::cleanup()
 {
     QFile::remove(Users::filePath());
     UserSession::instance().reload();
-    m_dialogs->clear();
 }
 
 void TestUsers::rules_data()
