@@ -128,7 +128,8 @@ void TestFirm::startOptions_data()
     QTest::newRow("unknown") << QStringList{"--xyz"} << "Nieznana opcja" << QDate();
     QTest::newRow("two files") << QStringList{"a.zlc", "b.zlc"} << "tylko jeden plik" << QDate();
     QTest::newRow("firm file") << QStringList{"a.zlc"} << "" << QDate();
-    QTest::newRow("firm on a server") << QStringList{"postgresql://serwer:5432/biuro?schema=kowalski"} << "" << QDate();
+    QTest::newRow("firm on a server") << QStringList{"postgresql://serwer:5432/biuro?schema=kowalski"} << ""
+                                      << QDate();
 }
 
 void TestFirm::startOptions()

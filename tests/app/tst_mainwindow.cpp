@@ -3,6 +3,7 @@
 #include "SettingsStore.h"
 #include "TestEnv.h"
 #include "TestFirm.h"
+#include "TestWidgets.h"
 #include "app/frmglowna.h"
 #include "db/FirmDatabase.h"
 #include "db/ServerFirms.h"
@@ -175,17 +176,17 @@ void TestMainWindow::menuCommands()
     SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl7"), QStringLiteral("12"));
     SettingsStore::save(Suite, QStringLiteral("Spl12"), QStringLiteral("Nazwa"), QStringLiteral("Biuro Sowa"));
     SettingsStore::save(Suite, basKONTORIAN::ListaFirm, QStringLiteral("Pl3"), QString()); // no identifier
-    const auto listed = [this](const QString &text) {
+    const auto listed = [this](const QString &text) { // the lines of the firm list opened anew
         command(QStringLiteral("mnuopen"))->trigger();
         QWidget *w = m_window->childWindow(QStringLiteral("frmFirmaOpen"));
-        return w ? w->findChild<QListWidget *>(QStringLiteral("lstfirmy"))->findItems(text, Qt::MatchEndsWith) : QList<QListWidgetItem *>();
+        return w ? child<QListWidget>(w, QStringLiteral("lstfirmy"))->findItems(text, Qt::MatchEndsWith)
+                 : QList<QListWidgetItem *>();
     };
     auto found = listed(QStringLiteral("(Kontorian)"));
     QCOMPARE(found.size(), 1);
     QCOMPARE(found.first()->text(), QStringLiteral("Biuro Sowa  (Kontorian)"));
     found.first()->listWidget()->setCurrentItem(found.first());
-    QTest::mouseClick(m_window->childWindow(QStringLiteral("frmFirmaOpen"))->findChild<QPushButton *>(QStringLiteral("cmdok")),
-                      Qt::LeftButton);
+    click(m_window->childWindow(QStringLiteral("frmFirmaOpen")), QStringLiteral("cmdok"));
     QCOMPARE(firmFile(), appState().bazyPath + QStringLiteral("kontorm_7.zlc"));
     QCOMPARE(basKONTORIAN::firmValue(QStringLiteral("7"), basKONTORIAN::DatabaseKey), firmFile());
 
