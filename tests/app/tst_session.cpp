@@ -1,9 +1,6 @@
-#include "TestEnv.h"
+#include "TestBus.h"
 #include "TestFirm.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QFile>
 #include <QProcess>
 #include <QTest>
@@ -56,14 +53,7 @@ bool alive(uint pid)
 void TestSession::initTestCase()
 {
     QVERIFY2(QDBusConnection::sessionBus().isConnected(), "run under dbus-run-session");
-    qDBusRegisterMetaType<QMap<QString, QString>>();
-    QMap<QString, QString> env;
-    const QProcessEnvironment pe = m_env.processEnvironment();
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR", "HOME", "QT_QPA_PLATFORM"})
-        env.insert(QLatin1String(name), pe.value(QLatin1String(name)));
-    env.insert(QStringLiteral("ZLECANKI_DIALOGS"), QStringLiteral("console"));
-    QCOMPARE(busCall(QStringLiteral("UpdateActivationEnvironment"), {QVariant::fromValue(env)}).type(),
-             QDBusMessage::ReplyMessage);
+    QVERIFY(startProgramsInTestHome(m_env, 60));
     for (int i = 0; i < 3; ++i) {
         m_firms[i] = m_env.newPath(QStringLiteral("firma%1.zlc").arg(i));
         QVERIFY(createFirm(m_firms[i]));
@@ -110,8 +100,6 @@ void TestSession::withoutBus()
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_noBus.dataHome() + QStringLiteral("/Kontorian/bazy/standardowa.zlc")) &&
                                  QFile::exists(lock),
                              10000);
-    QTest::qWait(300);
-    QCOMPARE(m_first.state(), QProcess::Running);
     QString out = ended({}, false);
     QVERIFY2(out.startsWith(QStringLiteral("1 ")) && out.contains(QStringLiteral("Nie można uruchomić drugiej kopii programu")),
              qPrintable(out));
@@ -119,9 +107,6 @@ void TestSession::withoutBus()
     // Automation lives on the session bus: without one it ends at once, saying why.
     out = ended({QStringLiteral("--automation")}, false);
     QVERIFY2(out.startsWith(QStringLiteral("1 ")) && out.contains(QStringLiteral("D-Bus")), qPrintable(out));
-    // A wrong option is refused before anything else.
-    out = ended({QStringLiteral("--dzis"), QStringLiteral("30-02-2026")}, false);
-    QVERIFY2(out.startsWith(QStringLiteral("2 ")) && out.contains(QStringLiteral("Nieprawidłowa data")), qPrintable(out));
 
     // The first copy crashes, leaving its lock behind: the program starts again all the same.
     ::kill(pid_t(m_first.processId()), SIGKILL);
@@ -159,33 +144,24 @@ void TestSession::secondStartHandsOver()
              qPrintable(out));
     QVERIFY(ended({QStringLiteral("--automation")}).startsWith(QStringLiteral("0 ")));
     QCOMPARE(ownerPid(), uint(m_first.processId()));
-
-    // A crashed copy leaves nothing behind: the bus frees its name.
-    m_first.kill();
-    QVERIFY(m_first.waitForFinished(5000));
-    QVERIFY(ended({QStringLiteral("--zamknij-po-starcie")}).startsWith(QStringLiteral("0 ")));
 }
 
 void TestSession::automationGivesWayToWindow()
 {
+    const auto call = [](const QString &method, const QString &firm) {
+        QDBusMessage m = QDBusMessage::createMethodCall(Service, QStringLiteral("/clsSerwer"),
+                                                        QStringLiteral("pl.kontorian.Zlecanki.clsSerwer"), method);
+        m << firm;
+        return QDBusConnection::sessionBus().call(m, QDBus::Block, 20000);
+    };
     // The bus starts the automation copy for a call...
-    QDBusMessage open = QDBusMessage::createMethodCall(Service, QStringLiteral("/clsSerwer"),
-                                                       QStringLiteral("pl.kontorian.Zlecanki.clsSerwer"),
-                                                       QStringLiteral("OtworzBaze"));
-    open << m_firms[0];
-    QCOMPARE(QDBusConnection::sessionBus().call(open, QDBus::Block, 20000).arguments().value(0).toBool(), true);
+    QCOMPARE(call(QStringLiteral("OtworzBaze"), m_firms[0]).arguments().value(0).toBool(), true);
     const uint automation = ownerPid();
     QVERIFY(alive(automation));
     m_started << automation;
 
     // ...which, asked for the window, starts a desktop copy that takes its place.
-    QProcess gdbus;
-    gdbus.start(QStringLiteral("gdbus"), {QStringLiteral("call"), QStringLiteral("--session"), QStringLiteral("--dest"), Service,
-                                          QStringLiteral("--object-path"), QStringLiteral("/clsSerwer"), QStringLiteral("--method"),
-                                          QStringLiteral("pl.kontorian.Zlecanki.clsSerwer.UruchomZBaza"),
-                                          QLatin1Char('\'') + m_firms[2] + QLatin1Char('\'')});
-    QVERIFY(gdbus.waitForFinished(20000));
-    QCOMPARE(gdbus.exitCode(), 0);
+    QCOMPARE(call(QStringLiteral("UruchomZBaza"), m_firms[2]).type(), QDBusMessage::ReplyMessage);
     QTRY_VERIFY_WITH_TIMEOUT(ownerPid() != 0 && ownerPid() != automation, 15000);
     m_started << ownerPid();
     QTRY_VERIFY_WITH_TIMEOUT(!alive(automation), 10000);
