@@ -305,8 +305,25 @@ void TestMainWindow::serverFirmInList()
     QCOMPARE(firmFile(), address);
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Zlecanki - [Biuro Żak, Gdańsk]"));
 
-    // Taken off the list.
+    // With another firm open, each keeps the name it had here: the list never reaches for a
+    // server, not even one out of reach.
+    const QString away = QStringLiteral("postgresql://%2Fnie-ma-takiego:5432/biuro?schema=daleka");
+    ServerFirms::remember(away);
+    ServerFirms::rememberName(away, QStringLiteral("Daleka"));
     w = listWindow();
+    list = w->findChild<QListWidget *>(QStringLiteral("lstfirmy"));
+    QTest::keyClick(list, Qt::Key_Home);
+    QTest::keyClick(list, Qt::Key_Return);
+    QCOMPARE(firmFile(), standardFirmPath());
+    w = listWindow();
+    list = w->findChild<QListWidget *>(QStringLiteral("lstfirmy"));
+    QCOMPARE(list->item(list->count() - 2)->text(), QStringLiteral("Biuro Żak  (") + address + u')');
+    QCOMPARE(list->item(list->count() - 1)->text(), QStringLiteral("Daleka  (") + away + u')');
+    ServerFirms::forget(away);
+
+    // Taken off the list.
+    QTest::keyClick(list, Qt::Key_End);
+    QTest::keyClick(list, Qt::Key_Up);
     m_dialogs->answers << true;
     QTest::keyClick(w, Qt::Key_L, Qt::AltModifier);
     QTRY_VERIFY(m_dialogs->saw(QStringLiteral("Usunąć z listy firmę")));
